@@ -1,0 +1,27 @@
+#include "mesh/face.h"
+
+#include <iostream>
+
+void Face::set_edges(int /*e0*/, int /*e1*/, int /*e2*/, int /*e3*/) {
+  edges_.clear();
+  edges_.reserve(nb_edges_face);
+}
+
+void Face::clear() {
+  id_ = carac_ = type_ = 0;
+  bc_.clear();
+  blocs_.clear();
+  surfs_.clear();
+  remettre_a_zero(edges_, nb_edges_face);
+}
+
+void Face::Print() const {
+  std::ostream& out = std::cout;
+  out << "Face " << id_ << '\n' << "Type  : " << type_ << '\n' << "Carac : " << carac_ << '\n';
+  out << "Nb Edges: " << edges_.size() << '\n' << "Edges\n";
+  imprimer_cases(out, "Edge", edges_, nb_edges_face);
+  imprimer_liste(out, "Nb BCs: ", "BCs : ", bc_);
+  imprimer_liste(out, "Nb blocs: ", "Blocs : ", blocs_);
+  imprimer_liste(out, "Nb surfs: ", "Surfaces : ", surfs_);
+  out << '\n';
+}
