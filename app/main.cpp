@@ -1,0 +1,75 @@
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "base/base.h"
+#include "dataset/basebuffer.h"
+#include "dataset/schema.h"
+
+namespace {
+
+enum Statut { termine = 0, mauvais_arguments = 1, base_non_chargee = 2 };
+
+/// Writes the matrix; false when it could not be written to its end.
+bool sauvegarder(const BaseBuffer& table, const std::string& fichier) {
+  std::ofstream flux(fichier, std::ios::out | std::ios::trunc);
+  if (!flux) return false;
+  table.mat_cov(flux);
+  flux.close();
+  return flux.good();
+}
+
+int executer(const std::string& chemin, const std::string& mode) {
+  BaseBuffer brouillon;
+  BaseBuffer resultat("topology");
+
+  // The bases are never released: they live until the process ends. The array keeps them reachable.
+  static std::array<Base*, bases_integrees.size()> bases{};
+  for (std::size_t i = 0; i < bases.size(); ++i) {
+    // The scratch table is reset for every base and receives nothing else.
+    brouillon.clear();
+    brouillon.init();
+    brouillon._nom_base("topology");
+
+    bases[i] = new Base(std::string(bases_integrees[i]), chemin, mode);
+    bases[i]->_disp(false);
+    if (!bases[i]->load_all()) return base_non_chargee;
+    const std::size_t avant = resultat._expl.size();
+    resultat.add_base(*bases[i]);
+    if (resultat._expl.size() - avant != bases[i]->blocs.size()) return base_non_chargee;
+  }
+
+  if (!resultat.normalize()) return base_non_chargee;
+  resultat.rdm_list();
+
+  const std::string fichier = chemin + "global.cov";
+  const bool fait = sauvegarder(resultat, fichier);
+  std::cerr << (fait ? "Sauvegarde dans " : "Sauvegarde \351chou\351e de ") << fichier << std::endl;
+  return termine;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc != 4) {
+    std::cout << "utilisation :\n"
+              << "topomine <chemin> <ext|nrm|min> <fichier_out>" << std::endl;
+    return mauvais_arguments;
+  }
+  // A reader of the traces that goes away must not take the matrix with it.
+  std::signal(SIGPIPE, SIG_IGN);
+  // The third argument names an output file that the run does not write.
+  srand48(std::time(nullptr));
+  try {
+    return executer(argv[1], argv[2]);
+  } catch (const std::exception&) {
+    std::cerr << "memoire insuffisante" << std::endl;
+    return base_non_chargee;
+  }
+}

@@ -1,0 +1,150 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <iostream>
+#include <new>
+#include <string_view>
+
+#include "base/conversion.h"
+#include "dataset/basebuffer.h"
+#include "dataset/numeric.h"
+
+namespace {
+
+/// Value of a row in a column; the empty text, which is no number, when the row is too short.
+std::string_view case_texte(const BaseBuffer::Exemple& ligne, std::size_t col) {
+  return col < ligne.size() ? std::string_view(ligne[col]) : std::string_view();
+}
+
+}  // namespace
+
+bool BaseBuffer::is_numeric(int col) const {
+  return col >= 0 && static_cast<std::size_t>(col) < _attr.size() &&
+         _attr[static_cast<std::size_t>(col)].second == "numeric";
+}
+
+bool BaseBuffer::is_numeric(const std::string& nom, int& col) const {
+  col = num_attr(nom);
+  return is_numeric(col);
+}
+
+bool BaseBuffer::get_vec_dbl(int col, std::vector<double>& valeurs) const {
+  if (!is_numeric(col)) return false;
+  valeurs.clear();
+  valeurs.reserve(_expl.size());
+  FluxNombres nombres;
+  for (const Exemple& ligne : _expl)
+    valeurs.push_back(nombres.reel(case_texte(ligne, static_cast<std::size_t>(col))));
+  return true;
+}
+
+bool BaseBuffer::get_vec_dbl(const std::string& nom, std::vector<double>& valeurs) const {
+  return get_vec_dbl(num_attr(nom), valeurs);
+}
+
+bool BaseBuffer::calc_moy(int col, double& moy) const {
+  std::vector<double> valeurs;
+  if (!get_vec_dbl(col, valeurs)) return false;
+  moy = moyenne(valeurs);
+  return true;
+}
+
+bool BaseBuffer::calc_moy(const std::string& nom, double& moy) const {
+  return calc_moy(num_attr(nom), moy);
+}
+
+bool BaseBuffer::calc_var(int col, double& var) const {
+  std::vector<double> valeurs;
+  if (!get_vec_dbl(col, valeurs)) return false;
+  var = variance(valeurs);
+  return true;
+}
+
+bool BaseBuffer::calc_var(const std::string& nom, double& var) const {
+  return calc_var(num_attr(nom), var);
+}
+
+bool BaseBuffer::calc_std(int col, double& ecart) const {
+  double var;
+  if (!calc_var(col, var)) return false;
+  ecart = std::sqrt(var);  // not a number when rounding made the variance negative
+  return true;
+}
+
+bool BaseBuffer::calc_std(const std::string& nom, double& ecart) const {
+  return calc_std(num_attr(nom), ecart);
+}
+
+bool BaseBuffer::calc_min_max(int col, double& min, double& max) const {
+  std::vector<double> valeurs;
+  if (!get_vec_dbl(col, valeurs) || valeurs.empty()) return false;
+  min = *std::ranges::min_element(valeurs);
+  max = *std::ranges::max_element(valeurs);
+  return true;
+}
+
+bool BaseBuffer::calc_min_max(const std::string& nom, double& min, double& max) const {
+  return calc_min_max(num_attr(nom), min, max);
+}
+
+int BaseBuffer::normalize() {
+  try {
+    std::vector<double> valeurs;
+    for (int col = 0; col < static_cast<int>(_attr.size()); ++col) {
+      double min, max;
+      if (!calc_min_max(col, min, max)) continue;
+      double d = max - min;
+      if (d == 0) d = 1.0;
+      const double o = min / d;
+      get_vec_dbl(col, valeurs);
+      for (std::size_t j = 0; j < _expl.size(); ++j) {
+        std::string& texte = _expl[j].at(static_cast<std::size_t>(col));
+        texte.clear();
+        ajouter_nombre(texte, valeurs[j] / d - o);
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+  return 1;
+}
+
+double BaseBuffer::covar(int a, int b) const {
+  if (!is_numeric(a) || !is_numeric(b)) return -1.0;
+  FluxNombres nombres_a, nombres_b;
+  double somme = 0.0;
+  for (const Exemple& ligne : _expl) {
+    const double va = nombres_a.reel(case_texte(ligne, static_cast<std::size_t>(a)));
+    const double vb = nombres_b.reel(case_texte(ligne, static_cast<std::size_t>(b)));
+    somme += va * vb;
+  }
+  return somme / static_cast<double>(_expl.size());
+}
+
+std::ostream& BaseBuffer::mat_cov(std::ostream& out) const {
+  std::cerr << "Creation matrice de covariance..." << std::endl;
+  out.unsetf(std::ios_base::scientific);
+  out.precision(5);
+  const std::size_t n = _attr.size();
+  std::vector<double> cellules(n * n);  // those below the diagonal are, to the bit, those above
+  std::string trace;
+  for (std::size_t a = 0; a < n; ++a) {
+    for (std::size_t b = 0; b < n; ++b) {
+      if (a <= b) cellules[a * n + b] = covar(static_cast<int>(a), static_cast<int>(b));
+      const double c = cellules[std::min(a, b) * n + std::max(a, b)];
+      trace = _attr[a].first + " / " + _attr[b].first + "\t";
+      // A true mean product of -1 reads "NaN" as well.
+      if (c != -1.0) {
+        out << c << '\t';
+        ajouter_nombre(trace, c);
+      } else {
+        out << "NaN\t";
+        trace += "NaN";
+      }
+      std::cerr << (trace += '\n');
+    }
+    out << '\n';
+  }
+  std::cerr << "fin..." << std::endl;
+  return out;
+}
