@@ -12,13 +12,12 @@
 // from the chain alone. Block i stands between faces i and i + 1, face f holds edge f, edge f joins
 // vertices f and f + 1.
 
-inline std::string balise(const std::string& nom, const std::string& dedans) {
-  return "<" + nom + ">" + dedans + "</" + nom + ">\n";
-}
-inline std::string balise(const std::string& nom, double v) {
-  char texte[40];
-  std::snprintf(texte, sizeof texte, "%.10g", v);
-  return balise(nom, std::string(texte));
+/// printf into a string.
+template <class... V>
+std::string texte(const char* format, V... valeurs) {
+  char tampon[600];
+  std::snprintf(tampon, sizeof tampon, format, valeurs...);
+  return tampon;
 }
 
 inline std::string nom_base(int k) {
@@ -34,12 +33,9 @@ inline std::array<double, 5> mesures(int k, int i) {
 
 /// What stands after a base's name in its files' names, in the order of reading.
 inline std::vector<std::string> fichiers_lus(const std::string& mode) {
-  return {".def",
-          ".def",
-          "_" + mode + ".blck",
-          "_" + mode + ".face",
-          "_" + mode + ".edge",
-          "_" + mode + ".vrtx"};
+  std::vector<std::string> fins{".def", ".def"};
+  for (const char* f : {".blck", ".face", ".edge", ".vrtx"}) fins.push_back("_" + mode + f);
+  return fins;
 }
 inline std::string fichier(const std::string& chemin, int k, const std::string& suite) {
   return chemin + nom_base(k) + "/" + nom_base(k) + suite;
@@ -49,49 +45,42 @@ inline void ecrire_chaines(const std::string& chemin, const std::string& mode) {
   ecrire(chemin + "climite.cfg",
          "Damas code;BCCODE;Family;\n11;1;paroi;\n12;9999;loin;\n13;13;autre;\n");
   for (int k = 0; k < 8; ++k) {
-    std::string avion, blocs, faces, edges, vrtxs;
-    for (const char* texte : {"name", "family"}) avion += balise(texte, "A");
-    for (const char* nombre : {"fuse_length", "fuse_width", "height", "wing_span", "corde",
-                               "wing_area", "sweep", "nb_engine"})
-      avion += balise(nombre, 1);
-    const std::string piece = balise("nom", "p") + balise("family", "paroi") +
-                              balise("topologie", k % 2 == 1 ? "c" : "H");
     const int n = nb_blocs(k);
+    std::string blocs, faces, edges, vrtxs;
     for (int i = 1; i <= n; ++i) {
       const auto m = mesures(k, i);
-      std::string volumes, cases = balise("Face", balise("Numero", 1) + balise("NbSubFace", 0));
-      const char* noms[]{"Exact", "Moyen", "Mor", "NSMB"};
-      for (std::size_t v = 0; v < 4; ++v) volumes += balise(noms[v], balise("Cell", m[v + 1]));
-      for (int cote = 0; cote < 2; ++cote)
-        cases += balise("Face", balise("Numero", 3 + 3 * cote) + balise("NbSubFace", 1) +
-                                    balise("SubFace", i + cote));
-      blocs += balise("Block", balise("Ident", i) + balise("Type", 30 + i) +
-                                   balise("Erikson", balise("Cell", m[0])) +
-                                   balise("Volumes", volumes) + balise("Faces", cases));
+      blocs += texte(
+          "<B><Ident>%d</Ident><Type>%d</Type><Erikson><Cell>%.9g</Cell></Erikson><Volumes>"
+          "<NSMB><Cell>%.9g</Cell></NSMB><Mor><Cell>%.9g</Cell></Mor>"
+          "<Moyen><Cell>%.9g</Cell></Moyen><Exact><Cell>%.9g</Cell></Exact></Volumes><Faces>"
+          "<Face><Numero>3</Numero><NbSubFace>1</NbSubFace><SubFace>%d</SubFace></Face>"
+          "<Face><Numero>6</Numero><NbSubFace>1</NbSubFace><SubFace>%d</SubFace></Face>"
+          "<Face><Numero>1</Numero><NbSubFace>0</NbSubFace></Face></Faces></B>\n",
+          i, 30 + i, m[0], m[4], m[3], m[2], m[1], i, i + 1);
     }
-    const auto codes = [](const std::string& bc) { return balise("Boundary_Conditions", bc); };
-    for (int f = 1; f <= n + 1; ++f) {
-      const std::string tete = balise("Ident", f) + balise("NumCaract", 1);
-      faces += balise("Face", tete + balise("Type", 1) +
-                                  (f == 1       ? codes(balise("BC", 11))
-                                   : f == n + 1 ? codes(balise("BC", 12) + balise("BC", 99))
-                                                : "") +
-                                  balise("Edge", balise("Numero", 2) + balise("NbSubEdge", 1) +
-                                                     balise("SubEdge", f)));
-      edges +=
-          balise("Edge", tete + (f == 1 ? codes(balise("BC", 13)) : "") + balise("NbVertex", 2) +
-                             balise("Vertices", balise("rmin", f) + balise("rmax", f + 1)));
+    for (int f = 1; f <= n + 2; ++f) {
+      const char* codes = f == 1 ? "<BC>11</BC>" : f == n + 1 ? "<BC>12</BC><BC>99</BC>" : "";
+      vrtxs += texte("<V><Ident>%d</Ident><Coord><X>%d</X><Y>0</Y><Z>0</Z></Coord></V>\n", f, f);
+      if (f == n + 2) break;  // one vertex more
+      faces += texte(
+          "<F><Ident>%d</Ident><NumCaract>1</NumCaract><Type>1</Type>"
+          "<Boundary_Conditions>%s</Boundary_Conditions><Edge><Numero>2</Numero>"
+          "<NbSubEdge>1</NbSubEdge><SubEdge>%d</SubEdge></Edge></F>\n",
+          f, codes, f);
+      edges += texte(
+          "<E><Ident>%d</Ident><NumCaract>1</NumCaract>"
+          "<Boundary_Conditions>%s</Boundary_Conditions><NbVertex>2</NbVertex>"
+          "<Vertices><rmin>%d</rmin><rmax>%d</rmax></Vertices></E>\n",
+          f, f == 1 ? "<BC>13</BC>" : "", f, f + 1);
     }
-    for (int v = 1; v <= n + 2; ++v)
-      vrtxs +=
-          balise("Vertex", balise("Ident", v) +
-                               balise("Coord", balise("X", v) + balise("Y", 0) + balise("Z", 0)));
     const std::string textes[]{
-        balise("definition_scene", balise("reference_avion", avion) +
-                                       balise("liste_pieces", balise("piece", piece)) +
-                                       balise("liste_raccords", "")),
-        balise("Blocks", blocs), balise("Faces", faces), balise("Edges", edges),
-        balise("Vertices", vrtxs)};
+        "<definition_scene><reference_avion><name>A</name><family>A</family>"
+        "<fuse_length>1</fuse_length><fuse_width>1</fuse_width><height>1</height>"
+        "<wing_span>1</wing_span><corde>1</corde><wing_area>1</wing_area><sweep>1</sweep>"
+        "<nb_engine>1</nb_engine></reference_avion><liste_pieces/><liste_raccords/>"
+        "</definition_scene>",
+        "<Blocks>" + blocs + "</Blocks>", "<Faces>" + faces + "</Faces>",
+        "<Edges>" + edges + "</Edges>", "<Vertices>" + vrtxs + "</Vertices>"};
     for (std::size_t t = 0; t < 5; ++t)
       ecrire(fichier(chemin, k, fichiers_lus(mode)[t + 1]), textes[t]);
   }
@@ -120,12 +109,6 @@ inline std::vector<double> ligne_chaine(int k, int i) {
   return ligne;
 }
 
-inline std::string chiffres(double v, int combien) {
-  char texte[40];
-  std::snprintf(texte, sizeof texte, "%.*g", combien, v);
-  return texte;
-}
-
 /// The matrix of the chains, as the file holds it and as the progress lines say it.
 struct Matrice {
   std::string fichier, progres = "Creation matrice de covariance...\n";
@@ -134,12 +117,12 @@ struct Matrice {
     for (int k = 0; k < 8; ++k)
       for (int i = 1; i <= nb_blocs(k); ++i)
         for (std::size_t c = 0; c < 44; ++c)
-          x[c].push_back(std::stod(chiffres(ligne_chaine(k, i)[c], 6)));
+          x[c].push_back(std::stod(texte("%g", ligne_chaine(k, i)[c])));
     for (auto& col : x) {
       const double min = *std::min_element(col.begin(), col.end());
       const double max = *std::max_element(col.begin(), col.end());
       const double d = max == min ? 1.0 : max - min;
-      for (double& v : col) v = std::stod(chiffres(v / d - min / d, 6));
+      for (double& v : col) v = std::stod(texte("%g", v / d - min / d));
     }
     const auto attributs = BaseBuffer()._attr;
     for (std::size_t a = 0; a < 50; ++a, fichier += "\n")
@@ -153,8 +136,8 @@ struct Matrice {
         double somme = 0;
         for (std::size_t i = 0; i < x[0].size(); ++i) somme += x[a - 3][i] * x[b - 3][i];
         const double moyenne = somme / static_cast<double>(x[0].size());
-        fichier += chiffres(moyenne, 5) + "\t";
-        progres += chiffres(moyenne, 6) + "\n";
+        fichier += texte("%.5g\t", moyenne);
+        progres += texte("%g\n", moyenne);
       }
     progres += "fin...\n";
   }

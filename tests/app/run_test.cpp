@@ -133,8 +133,8 @@ TEST(Run, BadConfigurationOrFolder) {
 TEST(Run, StructuralFaultAborts) {
   const Chaines d;
   const std::string mauvais = fichier(d.chemin, 1, "_nrm.face");
-  ecrire(mauvais, balise("Faces", balise("F", balise("Ident", 3141) + balise("NumCaract", 1) +
-                                                  balise("Type", 1))));
+  ecrire(mauvais,
+         "<Faces><F><Ident>3141</Ident><NumCaract>1</NumCaract><Type>1</Type></F></Faces>");
   const Resultat r = d.lancer_ici();
   EXPECT_EQ(r.statut, -SIGABRT);
   for (const std::string& dit : {std::string("base"), std::string("bool Base::load_faces()"),

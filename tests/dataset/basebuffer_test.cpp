@@ -26,21 +26,15 @@ TEST(Table, SchemaInOrderAllShown) {
 
   BaseBuffer t;
   EXPECT_EQ(t._attr, attendu);
-  EXPECT_EQ(t.nb_attr_aff(), 50);
-  EXPECT_EQ(t.nb_expl(), 0);
+  EXPECT_TRUE(t.nb_attr_aff() == 50 && t.nb_expl() == 0 && t._num_classe == -1);
   EXPECT_EQ(t._nom, "base_de_donnees");
-  EXPECT_EQ(t._num_classe, -1);
-  EXPECT_EQ(t.num_attr("Classe"), 49);
-  EXPECT_EQ(t.num_attr("classe"), -1);
+  EXPECT_TRUE(t.num_attr("Classe") == 49 && t.num_attr("classe") == -1);
   EXPECT_EQ(t.nom_attr(49), "Classe");
   for (int dehors : {-1, 50, INT_MAX, INT_MIN}) EXPECT_EQ(t.nom_attr(dehors), "%");
 
   t.init();  // appends a second copy: names count once, the first column of a name is the one found
-  EXPECT_EQ(t._attr.size(), 100U);
-  EXPECT_EQ(t.nb_attr_aff(), 50);
-  EXPECT_EQ(t.num_attr("Classe"), 49);
-  EXPECT_EQ(t._nom_base("autre"), "autre");
-  EXPECT_EQ(t._nom, "autre");
+  EXPECT_TRUE(t._attr.size() == 100 && t.nb_attr_aff() == 50 && t.num_attr("Classe") == 49);
+  EXPECT_TRUE(t._nom_base("autre") == "autre" && t._nom == "autre");
 }
 
 TEST(Table, FlagsBelongToTheReceiver) {
@@ -51,9 +45,7 @@ TEST(Table, FlagsBelongToTheReceiver) {
   cible._num_classe = 7;
   const auto drapeaux = cible._aff;
   cible = source;
-  EXPECT_EQ(cible._nom, "essai");
-  EXPECT_EQ(cible._attr, source._attr);
-  EXPECT_EQ(cible._expl, source._expl);
+  EXPECT_TRUE(cible._nom == "essai" && cible._attr == source._attr);
   EXPECT_EQ(cible._aff, drapeaux);  // "a" and "b" get no entry
   EXPECT_EQ(cible._num_classe, 7);
   const BaseBuffer& elle_meme = cible;
@@ -64,10 +56,8 @@ TEST(Table, FlagsBelongToTheReceiver) {
 
   cible.clear();
   EXPECT_TRUE(cible._nom.empty() && cible._attr.empty() && cible._expl.empty());
-  EXPECT_EQ(cible._num_classe, -1);
-  EXPECT_EQ(cible._aff, drapeaux);
-  EXPECT_EQ(cible.num_attr("base"), -1);
-  EXPECT_EQ(cible.nb_attr_aff(), 49);
+  EXPECT_TRUE(cible._num_classe == -1 && cible.num_attr("base") == -1);
+  EXPECT_TRUE(cible._aff == drapeaux && cible.nb_attr_aff() == 49);
   cible.init();  // an attribute that is added is shown, whatever it was before
   EXPECT_EQ(cible.nb_attr_aff(), 50);
 }
@@ -148,12 +138,9 @@ TEST(Filter, HidesTheSchemaAndNothingElse) {
   const BaseBuffer avant(t);
   for (int fois = 0; fois < 2; ++fois) {
     filtre(t);
-    EXPECT_EQ(t.nb_attr_aff(), 1);
-    EXPECT_TRUE(t._aff.at("autre"));
-    EXPECT_EQ(t._aff.size(), 51U);
+    EXPECT_TRUE(t.nb_attr_aff() == 1 && t._aff.at("autre") && t._aff.size() == 51);
   }
-  EXPECT_EQ(t._attr, avant._attr);
-  EXPECT_EQ(t._expl, avant._expl);
+  EXPECT_TRUE(t._attr == avant._attr && t._expl == avant._expl);
   BaseBuffer sans = table({{"a", "numeric"}}, {});
   filtre(sans);  // names without a flag get none
   EXPECT_EQ(sans._aff, (std::map<std::string, bool>{{"a", true}}));

@@ -80,9 +80,7 @@ TEST(Features, RowsOfABaseMadeByHand) {
   t.add_base(base);
   ASSERT_EQ(t.nb_expl(), 5);
   EXPECT_EQ(t._expl[0], avant._expl[0]);
-  EXPECT_EQ(t._attr, avant._attr);
-  EXPECT_EQ(t._aff, avant._aff);
-  EXPECT_EQ(t._nom, avant._nom);
+  EXPECT_TRUE(t._attr == avant._attr && t._aff == avant._aff && t._nom == avant._nom);
   const std::string fin = " -1 3 1";
   // Without neighbours, all ten statistics are 0.
   EXPECT_EQ(en_texte(t._expl[1]),
