@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <map>
 
 #include "base/base.h"
 #include "dataset/basebuffer.h"

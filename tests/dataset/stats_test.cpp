@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iomanip>
 #include <random>
 #include <sstream>
