@@ -3,6 +3,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,11 @@ struct Cas {
   /// Edge between two adjacent face slots of a block, by (block, slot, slot).
   std::map<std::array<int, 3>, int> aretes;
 };
+
+/// How a test that has the case as its parameter is called.
+inline std::ostream& operator<<(std::ostream& out, const Cas& cas) {
+  return out << cas.nom;
+}
 
 /// Blocks in the cells of a grid of n[0]*n[1]*n[2] that `plein` keeps, all where it is empty; when
 /// `boucle`, the first axis closes on itself. All numbers are above 5; blocks are numbered
