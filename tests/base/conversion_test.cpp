@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <cctype>
-#include <cerrno>
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
+#include <sstream>
+#include <string>
 
 namespace {
 
