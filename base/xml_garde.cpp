@@ -159,14 +159,15 @@ class Tete {
     }
   }
 
-  /// The declaration also settles how the rest is read: as UTF-8 unless it names another encoding.
+  /// The first one outside of the elements also settles how the rest is read: as UTF-8 unless it
+  /// names another encoding.
   /// The parser itself reads it, entities and all: what it takes for UTF-8 is what counts.
   bool declaration() {
     TiXmlDeclaration lue;
     const char* const apres = lue.Parse(p_, nullptr, codage_);
     if (!apres || apres > fin_) return false;
     p_ = apres;
-    if (codage_ == TIXML_ENCODING_UNKNOWN) {
+    if (codage_ == TIXML_ENCODING_UNKNOWN && niveau_ == 0) {
       const std::string_view codage = lue.Encoding();
       const bool utf8 =
           codage.empty() || commence_par(codage, "utf-8") || commence_par(codage, "utf8");

@@ -13,6 +13,6 @@ struct LimitesXml {
 };
 
 /// Follows the document as TinyXML would read it and tells whether it can be handed over: within
-/// the limits. `texte` ends at its first NUL and has four more behind it, see analyser_xml. Whether
+/// the limits. `texte` ends in four NULs and has no other, see analyser_xml. Whether
 /// it is well-formed is for the parser: up to its first error the two see the same elements.
 bool xml_lisible(const std::string& texte, LimitesXml limites = {});

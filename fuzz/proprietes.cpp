@@ -3,6 +3,7 @@
 #include <tinyxml.h>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -143,6 +144,7 @@ std::string image(const Base& base) {
 }
 
 void verifier_garde(std::string texte) {
+  texte.resize(std::strlen(texte.c_str()));
   texte.append(4, '\0');
   if (!xml_lisible(texte)) return;
   TiXmlDocument doc;
