@@ -21,7 +21,7 @@ void verifier_ecriture(std::string_view octets) {
   std::memcpy(&v, octets.data(), std::min(octets.size(), sizeof v));
   std::string texte = "x";
   ajouter_nombre(texte, v);
-  PROMET(texte == "x" + par_flux(v));
+  PROMET(texte == std::string("x").append(par_flux(v)));
 }
 
 }  // namespace

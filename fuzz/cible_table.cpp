@@ -34,9 +34,9 @@ BaseBuffer lire_table(std::string_view entree) {
   if (lignes.size() > 200) lignes.resize(200);
   for (const std::string_view type : couper(lignes[0], ';')) {
     if (table._attr.size() == 40) break;
-    // Names repeat from the 30th on.
-    table.add_attr("a" + std::to_string(table._attr.size() % 30),
-                   type == "n" ? "numeric" : std::string(type));
+    std::string nom = "a";
+    nom += std::to_string(table._attr.size() % 30);  // names repeat from the 30th on
+    table.add_attr(nom, type == "n" ? "numeric" : std::string(type));
   }
   for (std::size_t i = 1; i < lignes.size(); ++i) {
     const auto valeurs = couper(lignes[i], ';');
