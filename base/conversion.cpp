@@ -20,8 +20,8 @@ bool est_un_nombre(std::string_view texte, T& valeur) {
   return true;
 }
 
-/// A plain decimal of at most 15 digits, such as the table holds: the digits and the power of ten are
-/// exact doubles, so that one division rounds as well as the longest road does.
+/// A plain decimal of at most 15 digits, such as the table holds: the digits and the power of ten
+/// are exact doubles, so that one division rounds as well as the longest road does.
 bool est_un_decimal(std::string_view texte, double& valeur) {
   static constexpr std::array<double, 16> puissances{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                      1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
@@ -86,13 +86,14 @@ void FluxNombres::lire(std::string_view texte, double& valeur) {
 
 void ajouter_nombre(std::string& texte, double valeur) {
   std::array<char, 32> tampon;  // "-1.23457e-308" and "-nan" fit
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
-                                 std::chars_format::general, 6);
-  texte.append(tampon.data(), fin.ptr);
+  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
+                                        std::chars_format::general, 6)
+                              .ptr;
+  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
 }
 
 void ajouter_nombre(std::string& texte, int valeur) {
   std::array<char, 16> tampon;
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur);
-  texte.append(tampon.data(), fin.ptr);
+  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur).ptr;
+  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
 }
