@@ -60,6 +60,8 @@ void FluxNombres::lire_flux(std::string_view texte, T& valeur) {
   if (!flux_) {
     flux_ = std::make_unique<std::stringstream>();
     flux_->imbue(std::locale::classic());
+    // A stream that lacks memory would keep it to itself and read nothing: a wrong number.
+    flux_->exceptions(std::ios_base::badbit);
   } else if (!reste_) {
     flux_->str({});
   }
