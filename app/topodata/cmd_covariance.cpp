@@ -73,34 +73,34 @@ std::string graduations(const Matrice& m) {
   return texte + ")";
 }
 
-/// A heat map: one square of 26 pixels per cell, and room for the longest name beside it. Cells
-/// without a number stay grey. The colours follow the square root: most mean products are small.
+/// A heat map: a square of 26 pixels per cell, and margins for the longest name and the scale.
+/// Cells without a number stay grey. Most mean products are small: the colours follow their root.
 std::string script_gnuplot(const Matrice& m, bool svg, const std::string& titre) {
+  constexpr std::size_t pas = 26, gauche = 200, bas = 200, droite = 190, haut = 60;
   const std::size_t n = m.noms.size();
-  const std::string cote = std::to_string(26 * n + 380);
-  const std::string noms = graduations(m);
+  const std::size_t largeur = pas * n + gauche + droite, hauteur = pas * n + bas + haut;
+  const auto part = [](std::size_t a, std::size_t b) {
+    return en_texte(static_cast<double>(a) / static_cast<double>(b)) + "\n";
+  };
+  const std::string fin = std::to_string(n - 1) + ".5", noms = graduations(m);
   std::string s = "$m << FIN\n";
-  for (std::size_t a = 0; a < n; ++a) {
+  for (std::size_t a = 0; a < n; ++a)
     for (std::size_t b = 0; b < n; ++b) s += m.cellules[a * n + b] + (b + 1 < n ? ' ' : '\n');
-  }
-  s += "FIN\nset terminal ";
-  s += (svg ? "svg size " : "pngcairo size ") + cote + "," + cote;
-  s += " font 'DejaVu Sans,11' background rgb 'white'\n";
-  s += "set lmargin at screen " + en_texte(200.0 / (26.0 * static_cast<double>(n) + 380)) + "\n";
-  s +=
-      "set rmargin at screen " + en_texte(1 - 130.0 / (26.0 * static_cast<double>(n) + 380)) + "\n";
-  s += "set bmargin at screen " + en_texte(200.0 / (26.0 * static_cast<double>(n) + 380)) + "\n";
-  s += "set tmargin at screen " + en_texte(1 - 60.0 / (26.0 * static_cast<double>(n) + 380)) + "\n";
+  s += "FIN\nset terminal " + std::string(svg ? "svg" : "pngcairo") + " size " +
+       std::to_string(largeur) + "," + std::to_string(hauteur) +
+       " font 'DejaVu Sans,11' background rgb 'white'\n";
+  s += "set lmargin at screen " + part(gauche, largeur);
+  s += "set rmargin at screen " + part(largeur - droite, largeur);
+  s += "set bmargin at screen " + part(bas, hauteur);
+  s += "set tmargin at screen " + part(hauteur - haut, hauteur);
   s += "set title '" + titre + "' noenhanced\n";
   s += "set xtics rotate by 90 right noenhanced scale 0 " + noms + "\n";
   s += "set ytics noenhanced scale 0 " + noms + "\n";
-  s += "set xrange [-0.5:" + en_texte(static_cast<double>(n) - 0.5) + "]\n";
-  s += "set yrange [" + en_texte(static_cast<double>(n) - 0.5) + ":-0.5]\n";
-  s += "set palette defined (0 '#fff7ec', 0.25 '#fdd49e', 0.5 '#fc8d59', 0.75 '#d7301f', "
-       "1 '#4a0000')\n"
+  s += "set xrange [-0.5:" + fin + "]\nset yrange [" + fin + ":-0.5]\n";
+  s += "set palette defined (0 '#fff7ec', 1 '#fdd49e', 4 '#fc8d59', 9 '#d7301f', 16 '#4a0000')\n"
        "set object 1 rectangle from graph 0,0 to graph 1,1 fillcolor rgb '#d8d8d8' behind\n"
-       "set cblabel 'moyenne des produits'\n";
-  s += "plot $m matrix using 1:2:3 with image pixels notitle\n";
+       "set cblabel 'moyenne des produits'\n"
+       "plot $m matrix using 1:2:3 with image pixels notitle\n";
   return s;
 }
 
@@ -117,10 +117,11 @@ void executer(Options& o) {
   if (!o.image.empty()) {
     progres.etape("dessin");
     Sortie image(o.image);
-    dessiner(script_gnuplot(m, svg,
-                            "Covariance non centree des attributs, " +
-                                std::to_string(table.nb_expl()) + " exemples"),
-             image.fichier());
+    dessiner(
+        script_gnuplot(m, svg,
+                       "Covariance non centree des attributs, " + std::to_string(table.nb_expl()) +
+                           " exemples (gris : attribut non numerique)"),
+        image.fichier());
     image.conclure();
     if (o.fichier.empty()) return;
   }

@@ -13,3 +13,5 @@ void ajouter_faux(CLI::App& app);
 void ajouter_resume(CLI::App& app);
 void ajouter_covariance(CLI::App& app);
 void ajouter_voir(CLI::App& app);
+/// statut: receives 0 when the cases are clean, 1 for warnings only, 2 for errors.
+void ajouter_verifie(CLI::App& app, int& statut);

@@ -47,7 +47,7 @@ void options_cible(CLI::App& commande, Cible& cible, bool plusieurs) {
                         "Noms de bases separes par des virgules (sinon mesh_case_1 a _8)");
 }
 
-void controler(Cible& cible) {
+void controler(Cible& cible, bool bases_absentes) {
   constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
   if (std::ranges::find(modes, cible.mode) == modes.end())
     throw Erreur("mode inconnu : '" + cible.mode + "' (attendu : ext, nrm ou min)");
@@ -57,7 +57,7 @@ void controler(Cible& cible) {
   if (!cible.chemin.ends_with('/')) cible.chemin += '/';
   if (cible.noms().empty()) throw Erreur("aucune base dans '" + cible.bases + "'");
   for (const std::string& nom : cible.noms())
-    if (!std::filesystem::is_directory(cible.chemin + nom, erreur))
+    if (!bases_absentes && !std::filesystem::is_directory(cible.chemin + nom, erreur))
       throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + cible.chemin + nom + ")");
 }
 

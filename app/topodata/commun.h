@@ -27,8 +27,9 @@ struct Cible {
 
 /// Adds CHEMIN and MODE, and --bases where a command takes several bases.
 void options_cible(CLI::App& commande, Cible& cible, bool plusieurs = true);
-/// Completes the directory's name. Throws Erreur for an unknown directory, mode or base.
-void controler(Cible& cible);
+/// Completes the directory's name. Throws Erreur for an unknown directory or mode, or a base
+/// without a folder, unless they may be missing.
+void controler(Cible& cible, bool bases_absentes = false);
 /// Loads a base; throws Erreur, with what the reader said, when it does not load.
 void charger_base(Base& base, Progres& progres);
 

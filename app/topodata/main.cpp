@@ -37,19 +37,21 @@ int executer(int argc, char** argv) {
   app.set_version_flag("--version", "topodata " TOPOMINE_VERSION, "Affiche la version");
   app.require_subcommand(1);
   app.footer("topodata COMMANDE --help detaille une commande et donne un exemple.");
+  int statut = 0;
   ajouter_table(app);
   ajouter_partage(app);
   ajouter_faux(app);
   ajouter_resume(app);
   ajouter_covariance(app);
   ajouter_voir(app);
+  ajouter_verifie(app, statut);
   for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e);
   }
-  return 0;
+  return statut;
 }
 
 }  // namespace
