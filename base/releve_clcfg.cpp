@@ -43,8 +43,8 @@ class Config {
     }
     if (!champs_.empty() && ligne_ > 1 && rang_code_ < champs_.size())
       numero_ = champs_[rang_code_];
-    if (texte.find_first_not_of(" \t\r") != std::string_view::npos)
-      signaler("dernier champ sans point-virgule", "terminer la ligne par ';'");
+    terminee_ = texte.find_first_not_of(" \t\r") == std::string_view::npos;
+    if (!terminee_) signaler("dernier champ sans point-virgule", "terminer la ligne par ';'");
     if (!finie) {
       signaler("derniere ligne sans fin de ligne, elle est ignoree",
                "finir le fichier par une fin de ligne");
@@ -74,7 +74,7 @@ class Config {
   }
 
   void lire_rangee() {
-    if (champs_.size() < colonnes_.size())
+    if (champs_.size() < colonnes_.size() && terminee_)
       signaler("ligne courte, les champs manquants gardent ceux de la ligne precedente",
                "donner un champ par colonne");
     if (champs_.size() > colonnes_.size())
@@ -105,6 +105,7 @@ class Config {
   ReleveConfig& r_;
   int ligne_ = 0;
   bool utilisable_ = true;
+  bool terminee_ = true;  // the line under way ends with its ";"
   std::string numero_;
   std::vector<std::string> champs_, colonnes_;
   std::size_t rang_code_ = 0, rang_bccode_ = 0, rang_famille_ = 0;

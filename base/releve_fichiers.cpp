@@ -145,7 +145,7 @@ void relever_raccord(Lecteur& l, const TiXmlNode& n, const std::vector<std::stri
   for (const TiXmlNode* piece : {premiere, seconde}) {
     const std::string* nom = l.texte(piece);
     if (nom && std::ranges::find(noms, *nom) == noms.end())
-      l.signaler(*piece, "piece '" + *nom + "' inexistante", "nommer une piece de liste_pieces",
+      l.signaler(*piece, "piece '" + *nom + "' n'existe pas", "nommer une piece de liste_pieces",
                  Gravite::avertissement);
   }
   const TiXmlNode* type = l.enfant(&n, "type");

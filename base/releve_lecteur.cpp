@@ -6,6 +6,12 @@ namespace {
 
 constexpr char mettre_un_nombre[] = "y mettre un nombre seul, sinon la lecture garde le precedent";
 
+/// What a message calls an element: those named "Cell" only tell which one with their parent.
+std::string nom_de(const TiXmlNode& n) {
+  if (!n.ToElement()) return "commentaire ou texte";
+  return n.ValueStr() == "Cell" && n.Parent() ? n.Parent()->ValueStr() + "/Cell" : n.ValueStr();
+}
+
 }  // namespace
 
 void Lecteur::signaler(const TiXmlNode& ou, const std::string& quoi, const std::string& remede,
@@ -54,33 +60,28 @@ const std::string* Lecteur::texte(const TiXmlNode* element) {
   if (!element) return nullptr;
   const TiXmlNode* n = element->FirstChild();
   if (n && n->ToText()) return &n->ValueStr();
-  signaler(*element,
-           (element->ToElement() ? element->ValueStr() : "commentaire ou texte") +
-               (n ? " ne commence pas par un texte" : " sans texte"),
-           n ? "y mettre son texte d'abord" : "y mettre un texte, la lecture s'arrete sans lui");
+  if (n)
+    signaler(*element, nom_de(*element) + " ne commence pas par un texte",
+             "y mettre son texte d'abord");
+  else
+    signaler(*element, nom_de(*element) + " sans texte",
+             "y mettre un texte, la lecture s'arrete sans lui");
   return nullptr;
 }
 
 std::optional<int> Lecteur::entier(const TiXmlNode* element) {
   const std::string* t = texte(element);
-  if (!t) return {};
-  const auto v = entier_strict(*t);
-  if (!v)
-    signaler(*element, element->ValueStr() + " n'est pas un entier : '" + *t + "'",
-             mettre_un_nombre);
+  const auto v = t ? entier_strict(*t) : std::nullopt;
+  if (t && !v)
+    signaler(*element, nom_de(*element) + " n'est pas un entier : '" + *t + "'", mettre_un_nombre);
   return v;
 }
 
 std::optional<double> Lecteur::reel(const TiXmlNode* element) {
   const std::string* t = texte(element);
-  if (!t) return {};
-  const auto v = reel_strict(*t);
-  if (!v) {
-    const TiXmlNode* parent = element->Parent();
-    const std::string nom = element->ValueStr() == "Cell" && parent ? parent->ValueStr() + "/Cell"
-                                                                    : element->ValueStr();
-    signaler(*element, nom + " n'est pas un nombre : '" + *t + "'", mettre_un_nombre);
-  }
+  const auto v = t ? reel_strict(*t) : std::nullopt;
+  if (t && !v)
+    signaler(*element, nom_de(*element) + " n'est pas un nombre : '" + *t + "'", mettre_un_nombre);
   return v;
 }
 

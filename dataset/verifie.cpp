@@ -50,7 +50,8 @@ std::map<int, int> compter_references(const Cas& cas, Fichier f, const char* sor
       if (const auto compte = comptes.find(n); compte != comptes.end())
         ++compte->second;
       else
-        cas.signaler(f, sorte, numero, std::string(quoi) + ' ' + std::to_string(n) + " inexistante",
+        cas.signaler(f, sorte, numero,
+                     std::string(quoi) + ' ' + std::to_string(n) + " n'existe pas",
                      "corriger ce numero ou ajouter ce qu'il designe");
     }
   }
