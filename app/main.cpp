@@ -1,5 +1,4 @@
 #include <array>
-#include <csignal>
 #include <cstddef>
 #include <cstdlib>
 #include <ctime>
@@ -8,6 +7,7 @@
 #include <iostream>
 #include <string>
 
+#include "app/flux_standards.h"
 #include "base/base.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
@@ -57,13 +57,12 @@ int executer(const std::string& chemin, const std::string& mode) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  assurer_flux_standards();
   if (argc != 4) {
     std::cout << "utilisation :\n"
               << "topomine <chemin> <ext|nrm|min> <fichier_out>" << std::endl;
     return mauvais_arguments;
   }
-  // A reader of the traces that goes away must not take the matrix with it.
-  std::signal(SIGPIPE, SIG_IGN);
   // The third argument names an output file that the run does not write.
   srand48(std::time(nullptr));
   try {

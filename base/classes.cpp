@@ -1,9 +1,11 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/base.h"
+#include "base/clcfg.h"
 
 namespace {
 
@@ -50,9 +52,14 @@ int Base::maj_typeC() {
   }
   // An unknown code has the empty family, and so can match a piece whose family is empty.
   std::map<int, bool> code_C;
+  const std::string colonne_famille = "Family";
   const auto est_C = [&](int code) {
     const auto [place, nouveau] = code_C.try_emplace(code, false);
-    if (nouveau) place->second = std::ranges::count(familles_C, _CL(code, "Family")) > 0;
+    if (nouveau) {
+      const std::string* valeur = chercher_CL(code, colonne_famille);
+      const std::string_view famille = valeur ? std::string_view(*valeur) : std::string_view();
+      place->second = std::ranges::count(familles_C, famille) > 0;
+    }
     return place->second;
   };
   for (auto& [numero, bloc] : blocs) {

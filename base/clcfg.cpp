@@ -44,14 +44,14 @@ std::vector<std::string> couper(std::string_view ligne) {
   return champs;
 }
 
+}  // namespace
+
 const std::string* chercher_CL(int code, const std::string& colonne) {
   const auto ligne = Base::list_CLim.find(code);
   if (ligne == Base::list_CLim.end()) return nullptr;
   const auto valeur = ligne->second.find(colonne);
   return valeur == ligne->second.end() ? nullptr : &valeur->second;
 }
-
-}  // namespace
 
 bool walk_clcfg(std::string_view texte) {
   std::string_view ligne;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <locale>
 #include <system_error>
 
@@ -19,6 +20,33 @@ bool est_un_nombre(std::string_view texte, T& valeur) {
   return true;
 }
 
+/// A plain decimal of at most 15 digits, such as the table holds: the digits and the power of ten
+/// are exact doubles, so that one division rounds as well as the longest road does.
+bool est_un_decimal(std::string_view texte, double& valeur) {
+  static constexpr std::array<double, 16> puissances{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  constexpr int chiffres_max = 15;
+  const bool negatif = texte.starts_with('-');
+  std::int64_t mantisse = 0;
+  int chiffres = 0, avant_virgule = -1;
+  for (const char c : texte.substr(negatif ? 1 : 0)) {
+    if (c >= '0' && c <= '9') {
+      if (++chiffres > chiffres_max) return false;
+      mantisse = 10 * mantisse + (c - '0');
+    } else if (c == '.' && avant_virgule < 0) {
+      avant_virgule = chiffres;
+    } else {
+      return false;
+    }
+  }
+  if (chiffres == 0) return false;
+  const int decimales = avant_virgule < 0 ? 0 : chiffres - avant_virgule;
+  const double absolue =
+      static_cast<double>(mantisse) / puissances[static_cast<std::size_t>(decimales)];
+  valeur = negatif ? -absolue : absolue;
+  return true;
+}
+
 /// from_chars also takes "inf" and "nan", a stream does not.
 bool commence_par_lettre(std::string_view texte) {
   const std::size_t i = (!texte.empty() && texte[0] == '-') ? 1 : 0;
@@ -32,6 +60,8 @@ void FluxNombres::lire_flux(std::string_view texte, T& valeur) {
   if (!flux_) {
     flux_ = std::make_unique<std::stringstream>();
     flux_->imbue(std::locale::classic());
+    // A stream that lacks memory would keep it to itself and read nothing: a wrong number.
+    flux_->exceptions(std::ios_base::badbit);
   } else if (!reste_) {
     flux_->str({});
   }
@@ -49,19 +79,21 @@ void FluxNombres::lire(std::string_view texte, int& valeur) {
 }
 
 void FluxNombres::lire(std::string_view texte, double& valeur) {
+  if (!reste_ && est_un_decimal(texte, valeur)) return;
   if (reste_ || commence_par_lettre(texte) || !est_un_nombre(texte, valeur))
     lire_flux(texte, valeur);
 }
 
 void ajouter_nombre(std::string& texte, double valeur) {
   std::array<char, 32> tampon;  // "-1.23457e-308" and "-nan" fit
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
-                                 std::chars_format::general, 6);
-  texte.append(tampon.data(), fin.ptr);
+  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
+                                        std::chars_format::general, 6)
+                              .ptr;
+  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
 }
 
 void ajouter_nombre(std::string& texte, int valeur) {
   std::array<char, 16> tampon;
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur);
-  texte.append(tampon.data(), fin.ptr);
+  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur).ptr;
+  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
 }

@@ -1,5 +1,7 @@
 #include "base/xml_garde.h"
 
+#include <tinyxml.h>
+
 #include <cctype>
 #include <cstring>
 #include <string_view>
@@ -25,6 +27,14 @@ bool continue_nom(char c) {
          c == '.' || c == ':';
 }
 
+/// `mot` is in lower case; the text is compared without regard to case.
+bool commence_par(std::string_view texte, std::string_view mot) {
+  if (texte.size() < mot.size()) return false;
+  for (std::size_t i = 0; i < mot.size(); ++i)
+    if (std::tolower(static_cast<unsigned char>(texte[i])) != mot[i]) return false;
+  return true;
+}
+
 /// Bytes that TinyXML takes at once in UTF-8 text, from the first of them, whatever the others are.
 int longueur_utf8(char c) {
   const auto u = static_cast<unsigned char>(c);
@@ -36,14 +46,15 @@ int longueur_utf8(char c) {
 /// parser stops here, at the end or on an error.
 class Tete {
  public:
-  explicit Tete(const std::string& texte) : p_(texte.c_str()), fin_(p_ + std::strlen(p_)) {}
+  Tete(const std::string& texte, LimitesXml limites)
+      : p_(texte.c_str()), fin_(p_ + std::strlen(p_)), limites_(limites) {}
 
   bool dans_les_limites() {
-    if (prendre("\xEF\xBB\xBF")) utf8_ = true;
+    if (prendre("\xEF\xBB\xBF")) codage_ = TIXML_ENCODING_UTF8;
     while (avancer()) {
-      if (niveau_ > niveaux_max || attributs_ > attributs_max) return false;
+      if (niveau_ > limites_.niveaux || attributs_ > limites_.attributs) return false;
     }
-    return niveau_ <= niveaux_max && attributs_ <= attributs_max;
+    return niveau_ <= limites_.niveaux && attributs_ <= limites_.attributs;
   }
 
  private:
@@ -57,13 +68,10 @@ class Tete {
     return true;
   }
 
-  /// Word in lower case, compared without regard to case.
   bool voit_mot(std::string_view mot) const {
-    if (static_cast<std::size_t>(fin_ - p_) < mot.size()) return false;
-    for (std::size_t i = 0; i < mot.size(); ++i)
-      if (std::tolower(static_cast<unsigned char>(p_[i])) != mot[i]) return false;
-    return true;
+    return commence_par({p_, static_cast<std::size_t>(fin_ - p_)}, mot);
   }
+  bool utf8() const { return codage_ == TIXML_ENCODING_UTF8; }
 
   /// Past the next `mot`, byte by byte; false when there is none.
   bool sauter_apres(std::string_view mot) {
@@ -74,7 +82,7 @@ class Tete {
 
   /// To the next `c` of a text, character by character.
   bool aller_a(char c) {
-    if (!utf8_) {
+    if (!utf8()) {
       const void* la = std::memchr(p_, c, static_cast<std::size_t>(fin_ - p_));
       p_ = la ? static_cast<const char*>(la) : fin_;
     } else {
@@ -88,13 +96,18 @@ class Tete {
     for (;;) {
       if (!au_bout() && est_blanc(*p_))
         ++p_;
-      else if (!prendre("\xEF\xBB\xBF") && !prendre("\xEF\xBF\xBE") && !prendre("\xEF\xBF\xBF"))
+      else if (!utf8() ||
+               (!prendre("\xEF\xBB\xBF") && !prendre("\xEF\xBF\xBE") && !prendre("\xEF\xBF\xBF")))
         return;
     }
   }
 
   /// One node, or one end tag, and the text before it.
   bool avancer() {
+    if (niveau_ == 0) {
+      sauter_blancs();
+      if (!voit("<")) return false;  // text outside of the elements: the parser stops in silence
+    }
     if (!aller_a('<')) return false;
     if (prendre("</")) {
       if (niveau_ > 0) --niveau_;
@@ -133,9 +146,8 @@ class Tete {
   }
 
   bool element() {
-    ++niveau_;
     attributs_ = 0;
-    if (!nom()) return false;
+    if (++niveau_ > limites_.niveaux || !nom()) return false;
     for (;;) {
       sauter_blancs();
       if (prendre("/>")) {
@@ -143,52 +155,37 @@ class Tete {
         return true;
       }
       if (prendre(">")) return true;
-      if (!attribut() || ++attributs_ > attributs_max) return false;
+      if (!attribut() || ++attributs_ > limites_.attributs) return false;
     }
   }
 
-  /// The declaration also settles how the rest is read: as UTF-8 unless it names another encoding.
+  /// The first one outside of the elements also settles how the rest is read: as UTF-8 unless it
+  /// names another encoding.
+  /// The parser itself reads it, entities and all: what it takes for UTF-8 is what counts.
   bool declaration() {
-    p_ += std::strlen("<?xml");
-    std::string_view codage;
-    while (!au_bout()) {
-      if (prendre(">")) {
-        if (!codage_connu_) utf8_ = utf8_ || codage_utf8(codage);
-        codage_connu_ = true;
-        return true;
-      }
-      sauter_blancs();
-      if (voit_mot("version") || voit_mot("encoding") || voit_mot("standalone")) {
-        const bool est_codage = voit_mot("encoding");
-        const char* const debut = p_;
-        if (!attribut()) return false;
-        if (est_codage) codage = std::string_view(debut, static_cast<std::size_t>(p_ - debut));
-      } else {
-        while (!au_bout() && *p_ != '>' && !est_blanc(*p_)) ++p_;
-      }
+    TiXmlDeclaration lue;
+    const char* const apres = lue.Parse(p_, nullptr, codage_);
+    if (!apres || apres > fin_) return false;
+    p_ = apres;
+    if (codage_ == TIXML_ENCODING_UNKNOWN && niveau_ == 0) {
+      const std::string_view codage = lue.Encoding();
+      const bool utf8 =
+          codage.empty() || commence_par(codage, "utf-8") || commence_par(codage, "utf8");
+      codage_ = utf8 ? TIXML_ENCODING_UTF8 : TIXML_ENCODING_LEGACY;
     }
-    return false;
-  }
-
-  /// `attribut` is the text of the declaration's encoding="...", empty when it has none.
-  static bool codage_utf8(std::string_view attribut) {
-    std::string lettres;
-    for (const char c : attribut.substr(attribut.find('=') + 1))
-      if (std::isalnum(static_cast<unsigned char>(c)))
-        lettres += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return lettres.empty() || lettres == "utf8";
+    return true;
   }
 
   const char* p_;
   const char* fin_;
-  bool utf8_ = false;
-  bool codage_connu_ = false;
+  LimitesXml limites_;
+  TiXmlEncoding codage_ = TIXML_ENCODING_UNKNOWN;
   int niveau_ = 0;
   int attributs_ = 0;
 };
 
 }  // namespace
 
-bool xml_lisible(const std::string& texte) {
-  return Tete(texte).dans_les_limites();
+bool xml_lisible(const std::string& texte, LimitesXml limites) {
+  return Tete(texte, limites).dans_les_limites();
 }

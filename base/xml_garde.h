@@ -7,7 +7,12 @@
 inline constexpr int niveaux_max = 1000;
 inline constexpr int attributs_max = 1000;
 
+struct LimitesXml {
+  int niveaux = niveaux_max;
+  int attributs = attributs_max;
+};
+
 /// Follows the document as TinyXML would read it and tells whether it can be handed over: within
-/// the two limits above. `texte` ends at its first NUL. Whether it is well-formed is for the
-/// parser: up to its first error the two see the same elements.
-bool xml_lisible(const std::string& texte);
+/// the limits. `texte` ends in four NULs and has no other, see analyser_xml. Whether
+/// it is well-formed is for the parser: up to its first error the two see the same elements.
+bool xml_lisible(const std::string& texte, LimitesXml limites = {});

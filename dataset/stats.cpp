@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <string_view>
 
 #include "base/conversion.h"
@@ -15,6 +16,43 @@ namespace {
 std::string_view case_texte(const BaseBuffer::Exemple& ligne, std::size_t col) {
   return col < ligne.size() ? std::string_view(ligne[col]) : std::string_view();
 }
+
+/// Mean of the products of two columns of n texts each, summed in row order.
+template <class Textes>
+double moyenne_produits(std::size_t n, const Textes& a, const Textes& b) {
+  FluxNombres nombres_a, nombres_b;
+  double somme = 0.0;
+  for (std::size_t i = 0; i < n; ++i) somme += nombres_a.reel(a[i]) * nombres_b.reel(b[i]);
+  return somme / static_cast<double>(n);
+}
+
+/// The texts of a column where they stand in the rows.
+struct Colonne {
+  const std::vector<BaseBuffer::Exemple>& lignes;
+  std::size_t col;
+  std::string_view operator[](std::size_t i) const { return case_texte(lignes[i], col); }
+};
+
+/// The texts of a column end to end. After the shuffle the rows lie anywhere in memory, and the
+/// matrix, which reads each column once per cell, would spend its time on waiting for them.
+class ColonneCopiee {
+ public:
+  ColonneCopiee(const std::vector<BaseBuffer::Exemple>& lignes, std::size_t col) {
+    bornes_.reserve(lignes.size() + 1);
+    bornes_.push_back(0);
+    for (const BaseBuffer::Exemple& ligne : lignes) {
+      octets_ += case_texte(ligne, col);
+      bornes_.push_back(octets_.size());
+    }
+  }
+  std::string_view operator[](std::size_t i) const {
+    return {octets_.data() + bornes_[i], bornes_[i + 1] - bornes_[i]};
+  }
+
+ private:
+  std::string octets_;
+  std::vector<std::size_t> bornes_;
+};
 
 }  // namespace
 
@@ -111,14 +149,8 @@ int BaseBuffer::normalize() {
 
 double BaseBuffer::covar(int a, int b) const {
   if (!is_numeric(a) || !is_numeric(b)) return -1.0;
-  FluxNombres nombres_a, nombres_b;
-  double somme = 0.0;
-  for (const Exemple& ligne : _expl) {
-    const double va = nombres_a.reel(case_texte(ligne, static_cast<std::size_t>(a)));
-    const double vb = nombres_b.reel(case_texte(ligne, static_cast<std::size_t>(b)));
-    somme += va * vb;
-  }
-  return somme / static_cast<double>(_expl.size());
+  return moyenne_produits(_expl.size(), Colonne{_expl, static_cast<std::size_t>(a)},
+                          Colonne{_expl, static_cast<std::size_t>(b)});
 }
 
 std::ostream& BaseBuffer::mat_cov(std::ostream& out) const {
@@ -126,12 +158,18 @@ std::ostream& BaseBuffer::mat_cov(std::ostream& out) const {
   out.unsetf(std::ios_base::scientific);
   out.precision(5);
   const std::size_t n = _attr.size();
-  std::vector<double> cellules(n * n);  // those below the diagonal are, to the bit, those above
+  std::vector<std::optional<ColonneCopiee>> colonnes(n);
+  for (std::size_t a = 0; a < n; ++a)
+    if (is_numeric(static_cast<int>(a))) colonnes[a].emplace(_expl, a);
+  std::vector<double> cellules(n * n, -1.0);
   std::string trace;
   for (std::size_t a = 0; a < n; ++a) {
     for (std::size_t b = 0; b < n; ++b) {
-      if (a <= b) cellules[a * n + b] = covar(static_cast<int>(a), static_cast<int>(b));
-      const double c = cellules[std::min(a, b) * n + std::max(a, b)];
+      double& c = cellules[a * n + b];
+      if (b < a)
+        c = cellules[b * n + a];  // the same products in the same order
+      else if (colonnes[a] && colonnes[b])
+        c = moyenne_produits(_expl.size(), *colonnes[a], *colonnes[b]);
       trace = _attr[a].first + " / " + _attr[b].first + "\t";
       // A true mean product of -1 reads "NaN" as well.
       if (c != -1.0) {

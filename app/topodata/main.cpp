@@ -1,8 +1,10 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
 
+#include "app/flux_standards.h"
 #include "commandes.h"
 #include "sortie.h"
 
@@ -57,6 +59,8 @@ int executer(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  assurer_flux_standards();
+  std::signal(SIGPIPE, SIG_DFL);  // a pager that is left early ends the listing without a word
   try {
     return executer(argc, argv);
   } catch (const Erreur& e) {

@@ -1,0 +1,95 @@
+#include <cstddef>
+#include <exception>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/base.h"
+#include "base/clcfg.h"
+#include "fuzz/cibles.h"
+#include "fuzz/outils.h"
+
+namespace {
+
+using Rangee = std::map<std::string, std::string>;
+
+enum class Fin { lue, entete_incomplete, ligne_fautive };
+
+/// The reading in its slow and literal form: stream, getline, positions.
+struct ModeleClimite {
+  std::vector<std::string> colonnes;
+  std::map<int, Rangee> table;
+
+  static bool couper(const std::string& ligne, std::vector<std::string>& champs) {
+    champs.clear();
+    std::size_t place = 0;
+    while (place < ligne.size()) {
+      const std::size_t fin = ligne.find(';', place);
+      if (fin == std::string::npos)
+        return ligne.find_first_not_of(" \t\r", place) == std::string::npos;
+      std::string champ = ligne.substr(place, fin - place);
+      while (!champ.empty() && (champ[0] == ' ' || champ[0] == '\t')) champ.erase(0, 1);
+      champs.push_back(champ);
+      place = fin + 1;
+    }
+    return true;
+  }
+
+  Fin lire(std::string_view texte) {
+    std::stringstream flux{std::string(texte)};
+    std::string ligne;
+    std::getline(flux, ligne);
+    if (flux.eof()) return Fin::entete_incomplete;
+    std::vector<std::string> champs;
+    if (!couper(ligne, colonnes)) {
+      colonnes.clear();
+      return Fin::ligne_fautive;
+    }
+    Rangee rangee;
+    Modele nombres;
+    while (flux.good()) {
+      std::getline(flux, ligne);
+      if (flux.eof()) break;
+      if (!couper(ligne, champs) || champs.size() > colonnes.size()) return Fin::ligne_fautive;
+      for (std::size_t n = 0; n < champs.size(); ++n) rangee[colonnes[n]] = champs[n];
+      table[nombres.entier(rangee["Damas code"])] = rangee;
+    }
+    return Fin::lue;
+  }
+};
+
+}  // namespace
+
+void cible_climite(std::string_view entree) {
+  Base::init_cl_cfg = false;
+  Base::list_CLim.clear();
+  Base::list_attr.clear();
+  Ecoute ecoute;
+  Fin fin = Fin::lue;
+  try {
+    if (!walk_clcfg(entree)) fin = Fin::entete_incomplete;
+  } catch (const std::exception&) {
+    fin = Fin::ligne_fautive;
+  }
+  ModeleClimite modele;
+  PROMET(modele.lire(entree) == fin);
+  PROMET(modele.colonnes == Base::list_attr);
+  PROMET(modele.table == Base::list_CLim);
+  if (fin != Fin::lue) return;
+
+  const Base base;
+  std::vector<int> codes{7};
+  for (const auto& [code, rangee] : modele.table) {
+    codes.push_back(code);
+    if (code % 3 == 0) codes.push_back(code / 3);  // most likely an unknown one
+    for (const auto& [colonne, valeur] : rangee) PROMET(base._CL(code, colonne) == valeur);
+  }
+  PROMET(base._CL(7, "Family") == (modele.table.contains(7) && modele.table[7].contains("Family")
+                                       ? modele.table[7]["Family"]
+                                       : ""));
+  const std::vector<int> bccodes = base.DAM2BCCODE(codes);
+  PROMET(bccodes.size() == codes.size());
+  Modele nombres;
+  for (std::size_t i = 0; i < codes.size(); ++i)
+    PROMET(bccodes[i] == nombres.entier(base._CL(codes[i], "BCCODE")));
+}

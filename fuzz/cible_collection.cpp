@@ -1,0 +1,69 @@
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "base/clcfg.h"
+#include "base/xml_walk.h"
+#include "dataset/basebuffer.h"
+#include "fuzz/cibles.h"
+#include "fuzz/outils.h"
+#include "fuzz/proprietes.h"
+
+namespace {
+
+bool lire_xml(Base& base, std::string_view texte, Marche marche) {
+  TiXmlDocument doc;
+  return analyser_xml(std::string(texte), doc) && marche(base, doc, "entree");
+}
+
+bool lire_climite(std::string_view texte) {
+  Base::init_cl_cfg = false;
+  Base::list_CLim.clear();
+  Base::list_attr.clear();
+  try {
+    return walk_clcfg(texte);
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+/// load_all, but for the files.
+bool charger(Base& base, const std::array<std::string_view, 6>& textes) {
+  return lire_climite(textes[0]) && lire_xml(base, textes[1], walk_plane) &&
+         lire_xml(base, textes[1], walk_scene) && lire_xml(base, textes[2], walk_blocs) &&
+         lire_xml(base, textes[3], walk_faces) && lire_xml(base, textes[4], walk_edges) &&
+         lire_xml(base, textes[5], walk_vrtxs) && base.make_link() && base.maj_typeC();
+}
+
+}  // namespace
+
+void cible_collection(std::string_view entree) {
+  std::array<std::string_view, 6> textes;
+  for (std::string_view& texte : textes) {
+    texte = entree.substr(0, entree.find(separateur));
+    entree.remove_prefix(std::min(texte.size() + 1, entree.size()));
+  }
+  Ecoute ecoute;
+  Base base("mesh_case_2", "", "nrm");
+  base.disp = false;
+  bool charge = false;
+  if (!sans_faute(ecoute, [&] { charge = charger(base, textes); }) || !charge) return;
+  verifier_liens(base);
+  verifier_questions(base);
+
+  BaseBuffer table("topology");
+  table.add_base(base);
+  table.add_base(base);
+  PROMET(static_cast<std::size_t>(table.nb_expl()) == 2 * base.blocs.size());
+  for (const BaseBuffer::Exemple& ligne : table._expl) PROMET(ligne.size() == table._attr.size());
+  std::ostringstream weka, matrice;
+  table.Print_weka(weka);
+  srand48(1);
+  PROMET(table.normalize() == 1);
+  table.rdm_list();
+  table.mat_cov(matrice);
+  const std::string texte = matrice.str();
+  PROMET(std::ranges::count(texte, '\t') == 50 * 50 && std::ranges::count(texte, '\n') == 50);
+}

@@ -1,0 +1,47 @@
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "base/conversion.h"
+#include "fuzz/cibles.h"
+#include "fuzz/outils.h"
+
+namespace {
+
+template <class T>
+std::string par_flux(T v) {
+  std::ostringstream flux;
+  flux << v;
+  return flux.str();
+}
+
+template <class T>
+void verifier_ecriture(std::string_view octets) {
+  T v{};
+  std::memcpy(&v, octets.data(), std::min(octets.size(), sizeof v));
+  std::string texte = "x";
+  ajouter_nombre(texte, v);
+  PROMET(texte == std::string("x").append(par_flux(v)));
+}
+
+}  // namespace
+
+/// Texts ended by `separateur`, each after a byte that says how it is read.
+void cible_conversion(std::string_view entree) {
+  verifier_ecriture<double>(entree);
+  verifier_ecriture<int>(entree);
+  FluxNombres nombres;
+  Modele modele;
+  while (!entree.empty()) {
+    const char sorte = entree[0];
+    entree.remove_prefix(1);
+    const std::string_view texte = entree.substr(0, entree.find(separateur));
+    entree.remove_prefix(std::min(texte.size() + 1, entree.size()));
+    if (sorte == 'c')
+      PROMET(nombres.caractere(texte) == modele.caractere(texte));
+    else if (sorte == 'e')
+      PROMET(nombres.entier(texte) == modele.entier(texte));
+    else
+      PROMET(memes_bits(nombres.reel(texte), modele.reel(texte)));
+  }
+}

@@ -1,0 +1,83 @@
+#include <string>
+
+#include "base/xml_walk.h"
+#include "dataset/basebuffer.h"
+#include "fuzz/cibles.h"
+#include "fuzz/outils.h"
+#include "fuzz/proprietes.h"
+
+namespace {
+
+/// How one reading of a document ended.
+struct Lecture {
+  Base base;
+  bool finie = false;  // no structural fault
+  bool reussie = false;
+};
+
+void lire(Lecture& l, Ecoute& ecoute, const TiXmlDocument& doc, Marche marche) {
+  l.finie = sans_faute(ecoute, [&] { l.reussie = marche(l.base, doc, "entree"); });
+}
+
+/// What follows a reading: links, queries, classes, rows, listings.
+void exploiter(Base& base) {
+  PROMET(base.make_link() == 1);
+  verifier_liens(base);
+  verifier_questions(base);
+  PROMET(base.maj_typeC() == 1);
+  BaseBuffer table;
+  table.add_base(base);
+  PROMET(static_cast<std::size_t>(table.nb_expl()) == base.blocs.size());
+  for (const BaseBuffer::Exemple& ligne : table._expl) PROMET(ligne.size() == table._attr.size());
+  base.Print(false);
+}
+
+void essayer(std::string_view entree, Marche marche) {
+  const std::string texte(entree);
+  verifier_garde(texte);
+  TiXmlDocument doc;
+  if (!analyser_xml(texte, doc)) return;
+
+  Ecoute ecoute;
+  Lecture premiere, seconde;
+  premiere.base.disp = seconde.base.disp = entree.size() % 2 != 0;
+  lire(premiere, ecoute, doc, marche);
+  const std::string dit = ecoute.sortie() + ecoute.erreur();
+  lire(seconde, ecoute, doc, marche);
+  PROMET(dit == ecoute.sortie() + ecoute.erreur());
+  PROMET(premiere.finie == seconde.finie && premiere.reussie == seconde.reussie);
+  PROMET(image(premiere.base) == image(seconde.base));
+  if (!premiere.finie) return;
+
+  // Read over what is there: entries are replaced, only junctions are listed again.
+  lire(seconde, ecoute, doc, marche);
+  seconde.base.raccords = premiere.base.raccords;
+  PROMET(image(premiere.base) == image(seconde.base));
+  if (premiere.reussie) exploiter(premiere.base);
+}
+
+bool walk_def(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
+  return walk_plane(base, doc, fichier) && walk_scene(base, doc, fichier);
+}
+
+}  // namespace
+
+void cible_bloc(std::string_view entree) {
+  essayer(entree, walk_blocs);
+}
+
+void cible_face(std::string_view entree) {
+  essayer(entree, walk_faces);
+}
+
+void cible_edge(std::string_view entree) {
+  essayer(entree, walk_edges);
+}
+
+void cible_vertex(std::string_view entree) {
+  essayer(entree, walk_vrtxs);
+}
+
+void cible_scene(std::string_view entree) {
+  essayer(entree, walk_def);
+}

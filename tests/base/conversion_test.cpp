@@ -1,0 +1,236 @@
+#include "base/conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+// The rule of reading, character by character: one buffer that is only appended to, and the last
+// number of each kind, which a failed read leaves.
+class Modele {
+ public:
+  int entier(std::string_view texte) {
+    sauter_blancs(texte);
+    const bool moins = signe() == '-';
+    long v = 0;
+    int chiffres = 0;
+    for (; chiffre(); ++chiffres) {
+      const long c = prendre() - '0';
+      v = std::min(10 * v + c, 1L << 40);  // far beyond an int already
+    }
+    if (moins) v = -v;
+    if (chiffres && v >= INT_MIN && v <= INT_MAX) entier_ = static_cast<int>(v);
+    return entier_;
+  }
+
+  double reel(std::string_view texte) {
+    sauter_blancs(texte);
+    std::string pris;
+    if (const char s = signe()) pris += s;
+    bool mantisse = false, point = false, exposant = false;
+    while (!reste_.empty()) {
+      const char c = reste_[0];
+      if (chiffre())
+        mantisse = mantisse || !exposant;
+      else if (c == '.' && !point && !exposant)
+        point = true;
+      else if ((c == 'e' || c == 'E') && mantisse && !exposant)
+        exposant = true;
+      else
+        break;
+      pris += prendre();
+      if (pris.back() == c && std::strchr("eE", c))
+        if (const char s = signe()) pris += s;
+    }
+    const char fin = pris.empty() ? '\0' : pris.back();
+    if (!mantisse || std::strchr("eE+-", fin)) return reel_;
+    const double v = std::strtod(pris.c_str(), nullptr);
+    if (std::isfinite(v)) reel_ = v;
+    return reel_;
+  }
+
+  char caractere(std::string_view texte) {
+    sauter_blancs(texte);
+    if (!reste_.empty()) caractere_ = prendre();
+    return caractere_;
+  }
+
+ private:
+  void sauter_blancs(std::string_view texte) {
+    reste_ += texte;
+    while (!reste_.empty() && std::strchr(" \t\n\v\f\r", reste_[0])) prendre();
+  }
+  bool chiffre() const { return !reste_.empty() && reste_[0] >= '0' && reste_[0] <= '9'; }
+  char prendre() {
+    const char c = reste_[0];
+    reste_.erase(0, 1);
+    return c;
+  }
+  char signe() {
+    return !reste_.empty() && (reste_[0] == '+' || reste_[0] == '-') ? prendre() : '\0';
+  }
+
+  std::string reste_;
+  int entier_ = 0;
+  double reel_ = 0.0;
+  char caractere_ = '\0';
+};
+
+// The same rule said with the library's stream.
+class Flux {
+ public:
+  int entier(std::string_view t) { return lire(t, entier_); }
+  double reel(std::string_view t) { return lire(t, reel_); }
+  char caractere(std::string_view t) { return lire(t, caractere_); }
+
+ private:
+  template <class T>
+  T lire(std::string_view t, T& v) {
+    flux_.clear();
+    flux_ << t;
+    if (T lu{}; flux_ >> lu) v = lu;
+    return v;
+  }
+  std::stringstream flux_;
+  int entier_ = 0;
+  double reel_ = 0.0;
+  char caractere_ = '\0';
+};
+
+using Alea = std::mt19937;
+
+unsigned tirer(Alea& alea, unsigned n) {
+  return static_cast<unsigned>(alea() % n);
+}
+
+std::string texte_au_hasard(Alea& alea) {
+  static const char* const choisis[] = {"",
+                                        " ",
+                                        "-",
+                                        "+",
+                                        ".",
+                                        "-.",
+                                        "5.",
+                                        ".5",
+                                        "1e",
+                                        "1e+",
+                                        "1e-3",
+                                        "1E5",
+                                        "1e5.5",
+                                        "e5",
+                                        "1,5",
+                                        "12a",
+                                        "0x10",
+                                        "inf",
+                                        "nan",
+                                        "-nan",
+                                        "infinity",
+                                        "1e999",
+                                        "-1e999",
+                                        "1e-999",
+                                        "4e-320",
+                                        "2147483647",
+                                        "2147483648",
+                                        "-2147483648",
+                                        "-2147483649",
+                                        "99999999999999999999",
+                                        "007",
+                                        "-0",
+                                        "+7",
+                                        "+-7",
+                                        "1 2",
+                                        "\t8\r\n",
+                                        "1e400",
+                                        "1.7976931348623157e308",
+                                        "1.7976931348623159e308",
+                                        "2.2250738585072011e-308",
+                                        "0.1",
+                                        "3.14159265358979323846",
+                                        "123456789012345678901234567890"};
+  static const char lettres[] = "0123456789012345678901234567890123456789..--+eE, \tax\351";
+  switch (tirer(alea, 4)) {
+    case 0:
+      return choisis[tirer(alea, std::size(choisis))];
+    case 1:
+      return std::to_string(static_cast<int>(alea()) >> tirer(alea, 32));
+    case 2: {
+      std::ostringstream s;
+      s.precision(1 + static_cast<int>(tirer(alea, 17)));
+      s << std::ldexp(static_cast<double>(static_cast<int>(alea())),
+                      static_cast<int>(tirer(alea, 200)) - 130);
+      return s.str();
+    }
+    default: {
+      std::string s;
+      for (unsigned n = tirer(alea, 9); n > 0; --n)
+        s += lettres[tirer(alea, std::size(lettres) - 1)];
+      return s;
+    }
+  }
+}
+
+bool memes_bits(double a, double b) {
+  return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// Leftovers live as long as the stream, so many short readings see more than one long one.
+TEST(Conversion, ReadsAsTheModelAndTheStreamOverRandomTexts) {
+  Alea alea(20240611);
+  for (int lecture = 0; lecture < 40000; ++lecture) {
+    FluxNombres nombres;
+    Modele modele;
+    Flux flux;
+    std::string vus;
+    for (unsigned n = 1 + tirer(alea, 6); n > 0; --n) {
+      const std::string t = texte_au_hasard(alea);
+      const unsigned sorte = tirer(alea, 9);
+      vus += " " + std::string(sorte < 4 ? "int" : sorte < 8 ? "real" : "char") + "'" + t + "'";
+      if (sorte < 4) {
+        const int v = nombres.entier(t);
+        ASSERT_EQ(v, modele.entier(t)) << vus;
+        ASSERT_EQ(v, flux.entier(t)) << vus;
+      } else if (sorte < 8) {
+        const double v = nombres.reel(t);
+        ASSERT_PRED2(memes_bits, v, modele.reel(t)) << vus;
+        ASSERT_PRED2(memes_bits, v, flux.reel(t)) << vus;
+      } else {
+        const char v = nombres.caractere(t);
+        ASSERT_EQ(v, modele.caractere(t)) << vus;
+        ASSERT_EQ(v, flux.caractere(t)) << vus;
+      }
+    }
+  }
+}
+
+TEST(Conversion, WritesAsADefaultStream) {
+  Alea alea(7);
+  const auto verifier = [](auto v) {
+    std::ostringstream s;
+    s << "a" << v;
+    std::string t = "a";
+    ajouter_nombre(t, v);
+    ASSERT_EQ(t, s.str());
+  };
+  using L = std::numeric_limits<double>;
+  for (double v : {0.0, -0.0, 0.1, 1e5, 999999.5, 1e6, 123456.5, 1e-4, 0.00001, 9.999995, L::max(),
+                   L::min(), L::denorm_min(), L::infinity(), -L::infinity(), L::quiet_NaN()})
+    verifier(v);
+  for (int v : {0, -1, 7, INT_MAX, INT_MIN}) verifier(v);
+  for (int i = 0; i < 30000; ++i) {
+    const int n = static_cast<int>(alea());
+    verifier(n >> tirer(alea, 32));
+    verifier(std::ldexp(n, static_cast<int>(tirer(alea, 120)) - 70));
+    verifier(static_cast<double>(n) / (i % 1000 + 1));
+    verifier((n % 20000000) / 2.0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "dataset/basebuffer.h"
+
+// Small tables, and the random draws reckoned without the C library.
+
+using Attributs = std::vector<std::pair<std::string, std::string>>;
+using Lignes = std::vector<BaseBuffer::Exemple>;
+
+/// A text and a number behind it.
+inline std::string avec(std::string debut, long n) {
+  return debut.append(std::to_string(n));
+}
+
+/// A table with these attributes, all shown, and these rows.
+inline BaseBuffer table(const Attributs& attributs, const Lignes& lignes) {
+  BaseBuffer t("essai");
+  t._attr.clear();
+  t._aff.clear();
+  for (const auto& [nom, type] : attributs) t.add_attr(nom, type);
+  t._expl = lignes;
+  return t;
+}
+
+/// Numeric columns c0, c1, ... given column by column.
+inline BaseBuffer colonnes(const Lignes& par_colonne) {
+  BaseBuffer t = table({}, Lignes(par_colonne.at(0).size()));
+  for (std::size_t c = 0; c < par_colonne.size(); ++c) {
+    t.add_attr(avec("c", static_cast<long>(c)), "numeric");
+    for (std::size_t i = 0; i < t._expl.size(); ++i) t._expl[i].push_back(par_colonne[c].at(i));
+  }
+  return t;
+}
+
+/// n examples over the whole schema; each cell names its example and its column.
+inline BaseBuffer reperes(int n) {
+  BaseBuffer t("reperes");
+  for (int i = 0; i < n; ++i) {
+    t._expl.emplace_back();
+    for (std::size_t c = 0; c < t._attr.size(); ++c)
+      t._expl.back().push_back(avec(avec("", i) + ":", static_cast<long>(c)));
+  }
+  return t;
+}
+
+/// The 48-bit linear congruential generator behind drand48, from its definition.
+class Tirage {
+ public:
+  explicit Tirage(std::uint32_t graine) : x_((std::uint64_t{graine} << 16) | 0x330E) {}
+  double reel() {
+    x_ = (0x5DEECE66DULL * x_ + 0xB) & ((std::uint64_t{1} << 48) - 1);
+    return std::ldexp(static_cast<double>(x_), -48);
+  }
+  std::size_t operator()(std::size_t n) {
+    return static_cast<std::size_t>(static_cast<double>(n) * reel());
+  }
+  template <class T>
+  void melanger(std::vector<T>& v) {
+    for (std::size_t k = 1; k < v.size(); ++k) std::swap(v[k], v[(*this)(k + 1)]);
+  }
+
+ private:
+  std::uint64_t x_;
+};

@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "dataset/basebuffer.h"
+#include "tests/dataset/tables.h"
+
+namespace {
+
+const std::string entete =
+    "%\n% file generated automatically...\n% base for topology analysis.\n%\n\n\n\n";
+
+BaseBuffer petite() {
+  return table({{"nom", "string"}, {"v", "numeric"}, {"classe", "{-1,1}"}},
+               {{"a b", "1", "-1"}, {"c,d", "", "1"}});
+}
+
+std::string weka(BaseBuffer& t) {
+  std::ostringstream out;
+  EXPECT_EQ(&t.Print_weka(out), &out);
+  return out.str();
+}
+
+std::string torch(BaseBuffer& t) {
+  std::ostringstream out;
+  EXPECT_EQ(&t.Print_torch(out), &out);
+  return out.str();
+}
+
+}  // namespace
+
+TEST(Writers, ExactBytes) {
+  const std::string nom = "@attribute nom string\n", v = "@attribute v numeric\n",
+                    classe = "@attribute classe {-1,1}\n";
+  const struct {
+    std::vector<const char*> caches;
+    int num_classe;
+    std::string attributs, lignes, torch;
+  } cas[] = {
+      {{}, -1, nom + v + classe, "a b,1,-1\nc,d,,1\n", "2 3\na b 1 -1\nc,d  1\n"},
+      {{"v"}, -1, nom + classe, "a b,-1\nc,d,1\n", "2 2\na b -1\nc,d 1\n"},
+      // The last column ends each row even when it is hidden; the header is silent about it.
+      {{"classe"}, -1, nom + v, "a b,1,-1\nc,d,,1\n", "2 2\na b 1 -1\nc,d  1\n"},
+      {{"nom", "v", "classe"}, -1, "", "-1\n1\n", "2 0\n-1\n1\n"},
+      // A class column elsewhere: declared and written last, shown or not.
+      {{}, 0, v + classe + nom, "1,-1,a b\n,1,c,d\n", "2 3\n1 -1 a b\n 1 c,d\n"},
+      {{"v"}, 1, nom + classe + v, "a b,-1,1\nc,d,1,\n", "2 2\na b -1 1\nc,d 1 \n"},
+      {{"nom", "v", "classe"}, 2, classe, "-1\n1\n", "2 0\n-1\n1\n"},
+  };
+  for (const auto& c : cas) {
+    BaseBuffer t = petite();
+    for (const char* cache : c.caches) t.hide_attr(cache);
+    t._num_classe = c.num_classe;
+    EXPECT_EQ(weka(t),
+              entete + "@relation essai\n\n" + c.attributs + "\n\n\n@data\n" + c.lignes + "\n\n");
+    EXPECT_EQ(torch(t), c.torch + "\n");
+    std::ostringstream out;
+    EXPECT_EQ(&t.Print_attr(out, ','), &out);
+    EXPECT_EQ(out.str(), c.lignes);
+  }
+}
+
+TEST(Writers, EmptyTables) {
+  BaseBuffer t = petite();
+  t._expl.clear();
+  EXPECT_EQ(weka(t), entete +
+                         "@relation essai\n\n@attribute nom string\n@attribute v numeric\n"
+                         "@attribute classe {-1,1}\n\n\n\n@data\n\n\n");
+  EXPECT_EQ(torch(t), "0 3\n\n");
+  t.clear();
+  EXPECT_EQ(weka(t), entete + "@relation \n\n\n\n\n@data\n\n\n");
+  EXPECT_EQ(torch(t), "0 3\n\n");  // the names are gone, their flags are not
+  // Examples without any attribute: no value is written.
+  t._expl = {{"x"}, {}};
+  for (const std::string& texte : {weka(t), torch(t)})
+    EXPECT_EQ(texte.find('x', texte.find("@data") + 1), std::string::npos) << texte;
+}
+
+TEST(Writers, ShortRowsAndNamesWithoutFlag) {
+  BaseBuffer t = petite();
+  t._expl = {{"a"}, {"b", "2"}, {}, {"c", "3", "1", "trop"}};
+  t._aff.erase("v");
+  EXPECT_EQ(torch(t), "4 2\na\nb\n\nc 1\n\n");  // hidden, and from now on by a flag
+  EXPECT_EQ(t._aff, (std::map<std::string, bool>{{"classe", true}, {"nom", true}, {"v", false}}));
+  t.unhide_all();
+  EXPECT_EQ(torch(t), "4 3\na\nb 2\n\nc 3 1\n\n");
+  t._num_classe = 0;
+  EXPECT_EQ(torch(t), "4 3\na\n2 b\n\n3 1 c\n\n");
+}

@@ -1,0 +1,100 @@
+// make_cases: writes a sample collection of eight multi-block bases, the same for the same
+// arguments.
+#include <charconv>
+#include <cstdint>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "gen/ecriture.h"
+
+namespace {
+
+constexpr gen::Num blocs_min = 8, blocs_max = 1'000'000;
+
+constexpr std::string_view usage = "usage : make_cases DIR [--blocs N] [--graine S]\n";
+
+constexpr std::string_view aide =
+    "\n"
+    "Ecrit dans DIR une collection d'essai : climite.cfg et huit bases, mesh_case_1 a "
+    "mesh_case_8.\n"
+    "  --blocs N    nombre de blocs de chaque base, de 8 a 1000000 (60 par defaut)\n"
+    "  --graine S   entier positif ou nul qui fait varier les dimensions (1 par defaut)\n"
+    "Les memes arguments donnent les memes octets.\n"
+    "\n"
+    "Chaque base existe en trois modes :\n"
+    "  ext   une face du bord porte le code de sa surface, une arete ceux des surfaces touchees\n"
+    "  nrm   comme ext, mais une arete n'a de codes que si deux surfaces au moins s'y rencontrent\n"
+    "  min   ni codes sur les aretes, ni surfaces, ni projections\n"
+    "\n"
+    "Codes de retour : 0 collection ecrite, 1 arguments refuses, 2 fichier impossible a ecrire.\n";
+
+struct Arguments {
+  std::string dossier;
+  gen::Num blocs = 60;
+  std::uint64_t graine = 1;
+};
+
+/// The whole text as a number, or nothing.
+std::optional<std::uint64_t> entier(std::string_view texte) {
+  std::uint64_t v = 0;
+  const auto [fin, erreur] = std::from_chars(texte.data(), texte.data() + texte.size(), v);
+  if (erreur != std::errc{} || fin != texte.data() + texte.size()) return {};
+  return v;
+}
+
+/// Fills `a`; answers what is wrong, empty if nothing is.
+std::string lire_arguments(int argc, char** argv, Arguments& a) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string mot = argv[i];
+    if (mot == "--blocs" || mot == "--graine") {
+      if (++i == argc) return "il manque la valeur de " + mot;
+      const std::string_view valeur = argv[i];
+      const auto n = entier(valeur);
+      if (!n) return mot + " attend un entier, pas '" + std::string(valeur) + "'";
+      if (mot == "--graine") {
+        a.graine = *n;
+      } else if (*n < blocs_min || *n > blocs_max) {
+        return "--blocs va de " + std::to_string(blocs_min) + " a " + std::to_string(blocs_max);
+      } else {
+        a.blocs = static_cast<gen::Num>(*n);
+      }
+    } else if (mot.starts_with('-')) {
+      return "option inconnue " + mot;
+    } else if (mot.empty() || !a.dossier.empty()) {
+      return "il faut un seul dossier";
+    } else {
+      a.dossier = mot;
+    }
+  }
+  return a.dossier.empty() ? "il faut un dossier" : "";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i)
+    if (std::string_view(argv[i]) == "--help") {
+      if (std::cout << usage << aide << std::flush) return 0;
+      std::cerr << "make_cases : sortie standard impossible a ecrire\n";
+      return 2;
+    }
+  Arguments a;
+  if (const std::string refus = lire_arguments(argc, argv, a); !refus.empty()) {
+    std::cerr << "make_cases : " << refus << '\n' << usage;
+    return 1;
+  }
+  try {
+    gen::ecrire_conditions(a.dossier);
+    for (unsigned n = 0; n < gen::nb_formes; ++n) {
+      const gen::Forme f = gen::forme(n, a.graine);
+      gen::ecrire_base(a.dossier, "mesh_case_" + std::to_string(n + 1), f,
+                       gen::mailler(f, a.blocs));
+    }
+  } catch (const std::exception& e) {
+    std::cerr << "make_cases : " << e.what() << '\n';
+    return 2;
+  }
+  return 0;
+}
