@@ -1,12 +1,10 @@
 #include "dataset/verifie.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <functional>
+#include <initializer_list>
+#include <map>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 
 #include "base/conversion.h"
@@ -199,16 +197,16 @@ void regle_pieces(const Cas& cas) {
   const std::set<std::string> vues = mailles ? familles_vues(cas) : familles;
   for (const auto& [famille, piece] : cas.r.base.pieces) {
     const bool c = piece._topology() == 'C';
-    const auto dire = [&](const std::string& quoi, const std::string& remede, Gravite gravite) {
-      cas.r.signaler(fic_def, cas.r.lignes_pieces[famille], "piece", piece._nom(), quoi, remede,
-                     gravite);
-    };
+    const int ligne = cas.r.lignes_pieces[famille];
     if (!familles.contains(famille))
-      dire("famille '" + famille + "' qu'aucun code de climite.cfg ne porte",
-           "corriger la famille, ou l'ajouter a climite.cfg", c ? Gravite::erreur : avertissement);
+      cas.r.signaler(fic_def, ligne, "piece", piece._nom(),
+                     "famille '" + famille + "' qu'aucun code de climite.cfg ne porte",
+                     "corriger la famille, ou l'ajouter a climite.cfg",
+                     c ? Gravite::erreur : avertissement);
     else if (c && !vues.contains(famille))
-      dire("famille '" + famille + "' d'une piece en C qu'aucun bloc ne voit",
-           "verifier les codes des faces qui la bordent", avertissement);
+      cas.r.signaler(fic_def, ligne, "piece", piece._nom(),
+                     "famille '" + famille + "' d'une piece en C qu'aucun bloc ne voit",
+                     "verifier les codes des faces qui la bordent", avertissement);
   }
 }
 

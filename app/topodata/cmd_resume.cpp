@@ -42,8 +42,7 @@ std::size_t nb_distincts(const BaseBuffer& table, std::size_t col) {
   valeurs.reserve(table._expl.size());
   for (const auto& exemple : table._expl) valeurs.push_back(exemple[col]);
   std::ranges::sort(valeurs);
-  const auto reste = std::ranges::unique(valeurs);
-  return valeurs.size() - reste.size();
+  return static_cast<std::size_t>(std::unique(valeurs.begin(), valeurs.end()) - valeurs.begin());
 }
 
 /// Numbers stay empty for an attribute that is not numeric, and for a table without examples.
