@@ -125,6 +125,7 @@ void executer(Options& o) {
     image.conclure();
     if (o.fichier.empty()) return;
   }
+  progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   ecrire_matrice(sortie.flux(), m);
   sortie.conclure();

@@ -53,12 +53,13 @@ void executer(Options& o) {
   srand48(o.graine);
   ajouter(o, table);
   const std::ptrdiff_t faits = static_cast<std::ptrdiff_t>(table._expl.size()) - reels;
+  progres.effacer();
   if (o.nombre && faits < *o.nombre)
     std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << *o.nombre
               << " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n";
   if (o.seuls) table._expl.erase(table._expl.begin(), table._expl.begin() + reels);
 
-  progres.etape("ecriture");
+  progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   ecrire(table, o.table.format, sortie.flux());
   sortie.conclure();

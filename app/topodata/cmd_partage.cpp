@@ -39,7 +39,7 @@ void executer(Options& o) {
   srand48(o.graine);
   partager(premiere, seconde, o.ratio, !o.sans_melange);
 
-  progres.etape("ecriture");
+  progres.ecriture(o.prefixe);
   Sortie sortie_1(o.prefixe + "_1" + extension(o.table.format));
   Sortie sortie_2(o.prefixe + "_2" + extension(o.table.format));
   ecrire(premiere, o.table.format, sortie_1.flux());

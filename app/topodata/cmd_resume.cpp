@@ -110,6 +110,7 @@ void executer(Options& o) {
   for (int col = 0; col < static_cast<int>(table._attr.size()); ++col)
     attributs.push_back(resumer_attribut(table, col));
 
+  progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   if (o.csv) {
     ecrire_csv_commun(sortie.flux(), attributs, bases);

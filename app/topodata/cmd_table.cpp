@@ -22,7 +22,7 @@ void executer(Options& o) {
     srand48(*o.melange);
     table.rdm_list();
   }
-  progres.etape("ecriture");
+  progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   ecrire(table, o.table.format, sortie.flux());
   sortie.conclure();

@@ -37,7 +37,10 @@ int executer(Options& o) {
   ecrire(sortie.flux(), verifier(config), bilan);
   for (const std::string& nom : o.cible.noms()) {
     progres.etape("verification de " + nom);
-    ecrire(sortie.flux(), verifier(relever(nom, o.cible.chemin, o.cible.mode), config), bilan);
+    const std::vector<Constat> constats =
+        verifier(relever(nom, o.cible.chemin, o.cible.mode), config);
+    progres.effacer();
+    ecrire(sortie.flux(), constats, bilan);
   }
   sortie.conclure();
   if (bilan.erreurs + bilan.avertissements > 0)

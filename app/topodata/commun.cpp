@@ -65,9 +65,10 @@ void charger_base(Base& base, Progres& progres) {
   progres.etape("lecture de " + base.nom);
   const Chargement c = charger(base);
   if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
-  if (c.avertissements > 0)
-    std::cerr << "topodata : base " << base.nom << " : " << c.avertissements
-              << " avertissement(s) a la lecture ; topodata verifie dit ou\n";
+  if (c.avertissements == 0) return;
+  progres.effacer();
+  std::cerr << "topodata : base " << base.nom << " : " << c.avertissements
+            << " avertissement(s) a la lecture ; topodata verifie dit ou\n";
 }
 
 void options_attributs(CLI::App& commande, OptionsTable& options) {

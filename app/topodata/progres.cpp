@@ -40,13 +40,31 @@ void Progres::etape(const std::string& texte) {
   reveil_.notify_one();
 }
 
+void Progres::effacer() {
+  if (!terminal_) return;
+  const std::lock_guard garde(verrou_);
+  texte_.clear();
+  if (visible_) ecrire_ligne("");
+  visible_ = false;
+}
+
+void Progres::ecriture(const std::string& fichier) {
+  if (fichier.empty())
+    effacer();
+  else
+    etape("ecriture de " + fichier);
+}
+
 void Progres::montrer() {
   std::unique_lock garde(verrou_);
   if (reveil_.wait_for(garde, std::chrono::seconds(1), [this] { return fini_; })) return;
   while (!fini_) {
-    ecrire_ligne(texte_);
+    if (!texte_.empty()) {
+      ecrire_ligne(texte_);
+      visible_ = true;
+    }
     change_ = false;
     reveil_.wait(garde, [this] { return fini_ || change_; });
   }
-  ecrire_ligne("");
+  if (visible_) ecrire_ligne("");
 }

@@ -17,6 +17,10 @@ class Progres {
 
   /// What is being done from now on.
   void etape(const std::string& texte);
+  /// Wipes the line away until the next step: something else comes onto the terminal.
+  void effacer();
+  /// The step "ecriture", or nothing when it is standard output (no file name) that is written.
+  void ecriture(const std::string& fichier);
 
  private:
   void montrer();
@@ -24,6 +28,7 @@ class Progres {
   bool terminal_;
   bool fini_ = false;
   bool change_ = false;
+  bool visible_ = false;
   std::string texte_;
   std::mutex verrou_;
   std::condition_variable reveil_;
