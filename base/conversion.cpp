@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <locale>
 #include <system_error>
@@ -85,6 +86,13 @@ void FluxNombres::lire(std::string_view texte, double& valeur) {
 }
 
 void ajouter_nombre(std::string& texte, double valeur) {
+  // Integers below the seventh digit, the counts of the table, are written as integers are; -0 has
+  // its sign.
+  if (valeur > -1e6 && valeur < 1e6) {
+    if (const int entier = static_cast<int>(valeur);
+        entier == valeur && (entier != 0 || !std::signbit(valeur)))
+      return ajouter_nombre(texte, entier);
+  }
   std::array<char, 32> tampon;  // "-1.23457e-308" and "-nan" fit
   const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
                                         std::chars_format::general, 6)

@@ -80,6 +80,8 @@ bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
       break;
   }
   if (analyser_xml(std::move(texte), doc, true)) return true;
+  if (!doc.Error() && doc.FirstChild())
+    return refuser(1, "coupe avant son premier element", "le fournir en entier");
   if (!doc.Error())
     return refuser(1, "imbrication ou nombre d'attributs au-dela de 1000",
                    "simplifier le document");

@@ -43,10 +43,12 @@ bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi) {
   texte.resize(std::strlen(texte.c_str()));
   texte.append(4, '\0');
   if (!xml_lisible(texte)) return false;
+  doc.Clear();
   // Locations cost a tenth of the time, and only those who mend files ask for them.
   doc.SetTabSize(suivi ? 1 : 0);
   doc.Parse(texte.c_str());
-  return !doc.Error();
+  // The parser is content with a document that was cut before its first element.
+  return !doc.Error() && doc.RootElement();
 }
 
 bool lire_document(Base& base, const std::string& fichier, std::string_view avant_echec,

@@ -28,6 +28,7 @@ constexpr auto erreur = Gravite::erreur, avertissement = Gravite::avertissement;
 const Mutation mutations[]{
     // Files that do not load.
     {blck, "^[^]*$", "", "1: fichier: XML illisible, document vide, colonne 1", erreur},
+    {blck, "<Blocks>[^]*$", "", "1: fichier: coupe avant son premier element", erreur},
     {face, "</Faces>", "",
      "260: fichier: XML illisible, balise de fin absente ou autre que celle du debut, colonne 1",
      erreur},
