@@ -108,6 +108,7 @@ Base base_incomplete() {
   const int edges[] = {4, 5, 0, -7};
   for (int s = 0; s < 4; ++s) b.faces[6]._edge(s, edges[s]);
   b.faces[-8]._edge(0, 5);
+  b.faces[-8]._edge(1, 4);
   b.faces[-8].add_bloc(33);
   b.edges[4]._vrtx(0, 70);
   return b;
@@ -134,7 +135,8 @@ TEST(Requetes, ResultCodes) {
     EXPECT_EQ(b.blk_face(l[0], l[1]), l[2]) << l[0] << ' ' << l[1];
   for (const auto& l : Lignes{{9, 0, 0}, {6, 1, 5}, {6, 4, -1}, {6, -1, -1}})
     EXPECT_EQ(b.fac_edge(l[0], l[1]), l[2]) << l[0] << ' ' << l[1];
-  // An empty slot comes before a face without entry.
+  // An empty slot comes before a face without entry; of two common edges it is the first one of the
+  // first face.
   for (const auto& l : Lignes{{21, 0, 0, -1},
                               {20, 1, 3, -2},
                               {20, 3, 1, -2},
@@ -142,7 +144,7 @@ TEST(Requetes, ResultCodes) {
                               {20, 0, 3, -3},
                               {20, 7, 0, -3},
                               {20, 0, 4, 4},
-                              {20, 6, -8, 5},
+                              {20, 6, -8, 4},
                               {20, -8, 2, 5}})
     EXPECT_EQ(b.blk_edge(l[0], l[1], l[2]), l[3]) << l[1] << ' ' << l[2];
   for (const auto& l : Lignes{{9, 0, 0, -1},
@@ -157,7 +159,7 @@ TEST(Requetes, ResultCodes) {
   for (const auto& l : Lignes{{21, 0, 0, 0, -1},
                               {20, 0, 1, 3, -2},
                               {20, 0, 4, 3, -3},
-                              {20, 0, 4, 2, -3},
+                              {20, 2, 4, 0, -3},
                               {20, 0, 4, 4, 70}})
     EXPECT_EQ(b.blk_vrtx_fac(l[0], l[1], l[2], l[3]), l[4]) << l[1] << ' ' << l[2] << ' ' << l[3];
   EXPECT_EQ(b.blk_vrtx_ijk(20, 2, 0, 0), -2) << "face number 6, then slot 1";
