@@ -50,6 +50,7 @@ int Base::maj_typeC() {
   for (const auto& [famille, piece] : pieces) {
     if (piece._topology() == 'C') familles_C.push_back(piece._fam_BC());
   }
+  if (familles_C.empty()) return 1;
   // An unknown code has the empty family, and so can match a piece whose family is empty.
   std::map<int, bool> code_C;
   const std::string colonne_famille = "Family";

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <locale>
 #include <system_error>
@@ -20,27 +21,36 @@ bool est_un_nombre(std::string_view texte, T& valeur) {
   return true;
 }
 
-/// A plain decimal of at most 15 digits, such as the table holds: the digits and the power of ten
-/// are exact doubles, so that one division rounds as well as the longest road does.
+/// A short plain decimal, such as the table holds: digits that make an exact double and an exact
+/// power of ten, so that one division rounds as well as the longest road does.
 bool est_un_decimal(std::string_view texte, double& valeur) {
-  static constexpr std::array<double, 16> puissances{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr int chiffres_max = 15;
-  const bool negatif = texte.starts_with('-');
-  std::int64_t mantisse = 0;
-  int chiffres = 0, avant_virgule = -1;
-  for (const char c : texte.substr(negatif ? 1 : 0)) {
-    if (c >= '0' && c <= '9') {
-      if (++chiffres > chiffres_max) return false;
-      mantisse = 10 * mantisse + (c - '0');
-    } else if (c == '.' && avant_virgule < 0) {
-      avant_virgule = chiffres;
-    } else {
-      return false;
+  static constexpr std::array<double, 17> puissances{
+      1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
+  constexpr std::size_t longueur_max = 17;  // a sign and 16 digits, or 15 and the point
+  constexpr std::uint64_t exact_max = std::uint64_t{1} << 53;
+  if (texte.size() > longueur_max) return false;
+  const char* p = texte.data();
+  const char* const fin = p + texte.size();
+  const bool negatif = p != fin && *p == '-';
+  if (negatif) ++p;
+  const char* const debut = p;
+  std::uint64_t mantisse = 0;
+  const auto lire_chiffres = [&] {
+    for (; p != fin; ++p) {
+      const auto chiffre = static_cast<unsigned>(*p) - '0';
+      if (chiffre > 9) return;
+      mantisse = 10 * mantisse + chiffre;
     }
+  };
+  lire_chiffres();
+  std::ptrdiff_t chiffres = p - debut, decimales = 0;
+  if (p != fin && *p == '.') {
+    const char* const apres_virgule = ++p;
+    lire_chiffres();
+    decimales = p - apres_virgule;
+    chiffres += decimales;
   }
-  if (chiffres == 0) return false;
-  const int decimales = avant_virgule < 0 ? 0 : chiffres - avant_virgule;
+  if (p != fin || chiffres == 0 || mantisse > exact_max) return false;
   const double absolue =
       static_cast<double>(mantisse) / puissances[static_cast<std::size_t>(decimales)];
   valeur = negatif ? -absolue : absolue;
@@ -85,6 +95,13 @@ void FluxNombres::lire(std::string_view texte, double& valeur) {
 }
 
 void ajouter_nombre(std::string& texte, double valeur) {
+  // Integers below the seventh digit, the counts of the table, are written as integers are; -0 has
+  // its sign.
+  if (valeur > -1e6 && valeur < 1e6) {
+    if (const int entier = static_cast<int>(valeur);
+        entier == valeur && (entier != 0 || !std::signbit(valeur)))
+      return ajouter_nombre(texte, entier);
+  }
   std::array<char, 32> tampon;  // "-1.23457e-308" and "-nan" fit
   const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
                                         std::chars_format::general, 6)

@@ -43,9 +43,11 @@ bool analyser_xml(std::string texte, TiXmlDocument& doc) {
   texte.resize(std::strlen(texte.c_str()));
   texte.append(4, '\0');
   if (!xml_lisible(texte)) return false;
+  doc.Clear();
   doc.SetTabSize(0);  // no location tracking: nobody asks, and it costs a tenth of the time
   doc.Parse(texte.c_str());
-  return !doc.Error();
+  // The parser is content with a document that was cut before its first element.
+  return !doc.Error() && doc.RootElement();
 }
 
 bool lire_document(Base& base, const std::string& fichier, std::string_view avant_echec,

@@ -232,11 +232,18 @@ class Silence : public std::streambuf {
 /// Results go to standard output past the silence.
 class Sortie {
  public:
-  Sortie() : flux_(std::cout.rdbuf(&silence_)) { std::cerr.rdbuf(&silence_); }
+  Sortie() : erreurs_(std::cerr.rdbuf(&silence_)), flux_(std::cout.rdbuf(&silence_)) {}
+  ~Sortie() {
+    std::cout.rdbuf(flux_.rdbuf());
+    std::cerr.rdbuf(erreurs_);
+  }
+  Sortie(const Sortie&) = delete;
+  Sortie& operator=(const Sortie&) = delete;
   std::ostream& flux() { return flux_; }
 
  private:
   Silence silence_;
+  std::streambuf* erreurs_;
   std::ostream flux_;
 };
 

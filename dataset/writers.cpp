@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <cstring>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -7,12 +8,56 @@
 
 namespace {
 
-constexpr std::size_t taille_tampon = 1 << 16;
+/// Rows on their way to a stream, gathered into large writes.
+class Tampon {
+ public:
+  explicit Tampon(std::ostream& out) : out_(out), octets_(1 << 16) {}
+  ~Tampon() { vider(); }
+  Tampon(const Tampon&) = delete;
+  Tampon& operator=(const Tampon&) = delete;
 
-void vider(std::ostream& out, std::string& tampon) {
-  out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
-  tampon.clear();
-}
+  /// The row's values in these columns, each but the last followed by sep, and an end of line. A
+  /// row too short for a column has no value there.
+  void ecrire(const BaseBuffer::Exemple& ligne, const std::vector<std::size_t>& colonnes,
+              char sep) {
+    bool vide = true;
+    for (const std::size_t n : colonnes) {
+      if (n >= ligne.size()) continue;
+      const std::string& valeur = ligne[n];
+      reserver(valeur.size() + 1);
+      char* const p = octets_.data() + rempli_;
+      if (valeur.size() == 1)
+        *p = valeur[0];  // most values are one digit
+      else
+        std::memcpy(p, valeur.data(), valeur.size());
+      p[valeur.size()] = sep;
+      rempli_ += valeur.size() + 1;
+      vide = false;
+    }
+    if (vide) {
+      reserver(1);
+      ++rempli_;
+    }
+    octets_[rempli_ - 1] = '\n';
+  }
+
+ private:
+  /// Room for that many bytes more; the last one written stays.
+  void reserver(std::size_t taille) {
+    if (octets_.size() - rempli_ >= taille) return;
+    vider();
+    if (octets_.size() < taille) octets_.resize(taille);
+  }
+
+  void vider() {
+    out_.write(octets_.data(), static_cast<std::streamsize>(rempli_));
+    rempli_ = 0;
+  }
+
+  std::ostream& out_;
+  std::vector<char> octets_;
+  std::size_t rempli_ = 0;
+};
 
 }  // namespace
 
@@ -27,20 +72,8 @@ std::ostream& BaseBuffer::Print_attr(std::ostream& out, char sep) {
     if (classe < nb) colonnes.push_back(classe);
   }
 
-  std::string tampon;
-  tampon.reserve(taille_tampon + (1 << 12));
-  for (const Exemple& ligne : _expl) {
-    bool premiere = true;
-    for (const std::size_t n : colonnes) {
-      if (n >= ligne.size()) continue;  // a row shorter than the schema gives what it has
-      if (!premiere) tampon += sep;
-      tampon += ligne[n];
-      premiere = false;
-    }
-    tampon += '\n';
-    if (tampon.size() >= taille_tampon) vider(out, tampon);
-  }
-  vider(out, tampon);
+  Tampon tampon(out);
+  for (const Exemple& ligne : _expl) tampon.ecrire(ligne, colonnes, sep);
   return out;
 }
 
