@@ -9,5 +9,5 @@ void assurer_flux_standards() {
   for (int flux = 0; flux <= 2; ++flux) {
     if (fcntl(flux, F_GETFD) == -1 && open("/dev/null", O_RDWR) == -1) break;
   }
-  std::signal(SIGPIPE, SIG_IGN);
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }

@@ -40,7 +40,7 @@ namespace {
 void attendre_une_touche(bool pause) {
   if (!pause) return;
   std::cout.flush();
-  std::getchar();
+  static_cast<void>(std::getchar());
 }
 
 template <class Elements>

@@ -42,7 +42,7 @@ void lire_piece(Parcours& p, const TiXmlNode& n, Piece& piece) {
     piece.add_spe(p.texte(*s, "node->FirstChild()->Value()"));
 }
 
-void lire_raccord(Parcours& p, const TiXmlNode& n, Raccord& raccord) {
+void lire_raccord(const Parcours& p, const TiXmlNode& n, Raccord& raccord) {
   constexpr char expr[] = "node->FirstChild()";
   const TiXmlNode& premiere = p.enfant(n, "piece", expr);
   raccord._pc1(p.texte(premiere, expr));

@@ -169,9 +169,9 @@ class Tete {
     p_ = apres;
     if (codage_ == TIXML_ENCODING_UNKNOWN && niveau_ == 0) {
       const std::string_view codage = lue.Encoding();
-      const bool utf8 =
+      const bool en_utf8 =
           codage.empty() || commence_par(codage, "utf-8") || commence_par(codage, "utf8");
-      codage_ = utf8 ? TIXML_ENCODING_UTF8 : TIXML_ENCODING_LEGACY;
+      codage_ = en_utf8 ? TIXML_ENCODING_UTF8 : TIXML_ENCODING_LEGACY;
     }
     return true;
   }

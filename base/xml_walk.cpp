@@ -30,7 +30,7 @@ bool ouvrir(const std::string& fichier, TiXmlDocument& doc) {
 std::string chemin_xml(const TiXmlNode* noeud, std::string_view nom) {
   std::string chemin(nom);
   for (; noeud && noeud->ToElement(); noeud = noeud->Parent())
-    chemin = noeud->ValueStr() + "/" + chemin;
+    chemin.insert(0, noeud->ValueStr() + "/");
   return chemin;
 }
 

@@ -31,7 +31,7 @@ bool lire_document(Base& base, const std::string& fichier, std::string_view avan
                    Marche marche);
 
 /// The block reader's failure message ends the line of the trace, the others' stand on their own.
-inline constexpr std::string_view meme_ligne = "";
+inline constexpr std::string_view meme_ligne{};
 inline constexpr std::string_view ligne_neuve = "\n";
 
 // The walks, one per reader: the document is loaded, `fichier` only names it in messages.

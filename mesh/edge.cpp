@@ -11,7 +11,7 @@ void Edge::set_vrtxs(int /*v0*/, int /*v1*/) {
 int Edge::_face(int i) const {
   if (!dans_liste(faces_, i)) {
     std::cerr << "erreur de renvoi de la face " << i << " de l'edge " << id_ << std::endl;
-    std::getchar();
+    static_cast<void>(std::getchar());
   }
   return lire_liste(faces_, i);
 }
@@ -20,7 +20,7 @@ int Edge::_face(int i, int v) {
   if (!dans_liste(faces_, i)) {
     std::cerr << "erreur d'ajout de la face " << i << " = " << v << " sur l'edge " << id_
               << std::endl;
-    std::getchar();
+    static_cast<void>(std::getchar());
   }
   return ecrire_liste(faces_, i, v);
 }

@@ -52,7 +52,7 @@ class Mailleur {
       garde = n_;
     }
     n_ = garde;
-    const Num t = taille_section();
+    const Num t = std::max<Num>(1, taille_section());
     n_.back() = couches_ = (nb_bloc_ + t - 1) / t;
   }
 
