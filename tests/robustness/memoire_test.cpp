@@ -52,7 +52,6 @@ class Tableau : public std::streambuf {
 class Memoire : public ::testing::Test {
  protected:
   Memoire() : cas_(grille("petite", {2, 1, 1})) {
-    cas_.base.chemin = dossier_.chemin();
     cas_.base.nom = "mesh_case_1";
     cas_.base.type = "nrm";
     Piece p;
