@@ -36,7 +36,7 @@ std::string chemin_xml(const TiXmlNode* noeud, std::string_view nom) {
 
 }  // namespace
 
-bool analyser_xml(std::string texte, TiXmlDocument& doc) {
+bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi) {
   normaliser_fins_de_ligne(texte);
   // The text ends at its first NUL. In UTF-8 the parser takes up to four bytes at once without a
   // look at the last ones: a text that ends within a character must not lead it further.
@@ -44,7 +44,8 @@ bool analyser_xml(std::string texte, TiXmlDocument& doc) {
   texte.append(4, '\0');
   if (!xml_lisible(texte)) return false;
   doc.Clear();
-  doc.SetTabSize(0);  // no location tracking: nobody asks, and it costs a tenth of the time
+  // Locations cost a tenth of the time, and only those who mend files ask for them.
+  doc.SetTabSize(suivi ? 1 : 0);
   doc.Parse(texte.c_str());
   // The parser is content with a document that was cut before its first element.
   return !doc.Error() && doc.RootElement();

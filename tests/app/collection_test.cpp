@@ -5,7 +5,11 @@
 
 #include "base/base.h"
 #include "dataset/basebuffer.h"
-#include "tests/app/execution.h"
+#include "tests/support/capture.h"
+#include "tests/support/dossier.h"
+#include "tests/support/execution.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -18,7 +22,7 @@ class Collection : public testing::TestWithParam<const char*> {
       GTEST_SKIP() << "no sample collection in " << collection;
   }
   std::string attendu(const char* sorte) const {
-    return contenu(collection + "/expected/" + GetParam() + sorte);
+    return lire_octets(collection + "/expected/" + GetParam() + sorte);
   }
 };
 
@@ -34,14 +38,13 @@ bool proche(const std::string& a, const std::string& b) {
 
 TEST_P(Collection, TableBeforeNormalisation) {
   BaseBuffer t("topology");
-  testing::internal::CaptureStdout();
+  const Capture muet;
   for (char k = '1'; k <= '8'; ++k) {
     Base base(std::string("mesh_case_") + k, collection + "/cases/", GetParam());
     base._disp(false);
     ASSERT_TRUE(base.load_all());
     t.add_base(base);
   }
-  testing::internal::GetCapturedStdout();
   std::ostringstream weka, torch;
   t.Print_weka(weka);
   t.Print_torch(torch);
@@ -52,10 +55,10 @@ TEST_P(Collection, TableBeforeNormalisation) {
 TEST_P(Collection, Matrix) {
   const Dossier d;  // the collection itself stays as it is
   for (const auto& entree : fs::directory_iterator(collection + "/cases"))
-    fs::create_symlink(fs::canonical(entree.path()), d.nom / entree.path().filename());
-  fs::remove(d.nom + "/global.cov");
-  EXPECT_EQ(lancer(d.nom, {"", GetParam(), "out"}).statut, 0);
-  std::istringstream vu(contenu(d.nom + "/global.cov")), voulu(attendu(".cov"));
+    fs::create_symlink(fs::canonical(entree.path()), d.chemin() / entree.path().filename());
+  fs::remove(d.chemin() + "global.cov");
+  EXPECT_EQ(lancer(TOPOMINE_PROGRAM, d.chemin(), {"", GetParam(), "out"}).statut, 0);
+  std::istringstream vu(d.lire("global.cov")), voulu(attendu(".cov"));
   std::string a, b;
   for (int ligne = 0; ligne < 50; ++ligne)
     for (int col = 0; col < 50; ++col) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <cstring>
@@ -13,78 +12,7 @@
 
 namespace {
 
-// The rule of reading, character by character: one buffer that is only appended to, and the last
-// number of each kind, which a failed read leaves.
-class Modele {
- public:
-  int entier(std::string_view texte) {
-    sauter_blancs(texte);
-    const bool moins = signe() == '-';
-    long v = 0;
-    int chiffres = 0;
-    for (; chiffre(); ++chiffres) {
-      const long c = prendre() - '0';
-      v = std::min(10 * v + c, 1L << 40);  // far beyond an int already
-    }
-    if (moins) v = -v;
-    if (chiffres && v >= INT_MIN && v <= INT_MAX) entier_ = static_cast<int>(v);
-    return entier_;
-  }
-
-  double reel(std::string_view texte) {
-    sauter_blancs(texte);
-    std::string pris;
-    if (const char s = signe()) pris += s;
-    bool mantisse = false, point = false, exposant = false;
-    while (!reste_.empty()) {
-      const char c = reste_[0];
-      if (chiffre())
-        mantisse = mantisse || !exposant;
-      else if (c == '.' && !point && !exposant)
-        point = true;
-      else if ((c == 'e' || c == 'E') && mantisse && !exposant)
-        exposant = true;
-      else
-        break;
-      pris += prendre();
-      if (pris.back() == c && std::strchr("eE", c))
-        if (const char s = signe()) pris += s;
-    }
-    const char fin = pris.empty() ? '\0' : pris.back();
-    if (!mantisse || std::strchr("eE+-", fin)) return reel_;
-    const double v = std::strtod(pris.c_str(), nullptr);
-    if (std::isfinite(v)) reel_ = v;
-    return reel_;
-  }
-
-  char caractere(std::string_view texte) {
-    sauter_blancs(texte);
-    if (!reste_.empty()) caractere_ = prendre();
-    return caractere_;
-  }
-
- private:
-  void sauter_blancs(std::string_view texte) {
-    reste_ += texte;
-    while (!reste_.empty() && std::strchr(" \t\n\v\f\r", reste_[0])) prendre();
-  }
-  bool chiffre() const { return !reste_.empty() && reste_[0] >= '0' && reste_[0] <= '9'; }
-  char prendre() {
-    const char c = reste_[0];
-    reste_.erase(0, 1);
-    return c;
-  }
-  char signe() {
-    return !reste_.empty() && (reste_[0] == '+' || reste_[0] == '-') ? prendre() : '\0';
-  }
-
-  std::string reste_;
-  int entier_ = 0;
-  double reel_ = 0.0;
-  char caractere_ = '\0';
-};
-
-// The same rule said with the library's stream.
+// The rule of reading, literally: one stream, never emptied, its errors cleared before each text.
 class Flux {
  public:
   int entier(std::string_view t) { return lire(t, entier_); }
@@ -112,53 +40,18 @@ unsigned tirer(Alea& alea, unsigned n) {
 }
 
 std::string texte_au_hasard(Alea& alea) {
-  static const char* const choisis[] = {"",
-                                        " ",
-                                        "-",
-                                        "+",
-                                        ".",
-                                        "-.",
-                                        "5.",
-                                        ".5",
-                                        "1e",
-                                        "1e+",
-                                        "1e-3",
-                                        "1E5",
-                                        "1e5.5",
-                                        "e5",
-                                        "1,5",
-                                        "12a",
-                                        "0x10",
-                                        "inf",
-                                        "nan",
-                                        "-nan",
-                                        "infinity",
-                                        "1e999",
-                                        "-1e999",
-                                        "1e-999",
-                                        "4e-320",
-                                        "2147483647",
-                                        "2147483648",
-                                        "-2147483648",
-                                        "-2147483649",
-                                        "99999999999999999999",
-                                        "007",
-                                        "-0",
-                                        "+7",
-                                        "+-7",
-                                        "1 2",
-                                        "\t8\r\n",
-                                        "1e400",
-                                        "1.7976931348623157e308",
-                                        "1.7976931348623159e308",
-                                        "2.2250738585072011e-308",
-                                        "0.1",
-                                        "3.14159265358979323846",
-                                        "123456789012345678901234567890"};
+  static const std::string choisis =
+      " - + . -. 5. .5 1e 1e+ 1e-3 1E5 1e5.5 e5 1,5 12a 0x10 inf nan -nan infinity 1e999 -1e999 "
+      "1e-999 4e-320 2147483647 2147483648 -2147483648 -2147483649 99999999999999999999 007 -0 +7 "
+      "+-7 1e400 1.7976931348623157e308 1.7976931348623159e308 2.2250738585072011e-308 0.1 "
+      "3.14159265358979323846 123456789012345678901234567890 ";
   static const char lettres[] = "0123456789012345678901234567890123456789..--+eE, \tax\351";
   switch (tirer(alea, 4)) {
-    case 0:
-      return choisis[tirer(alea, std::size(choisis))];
+    case 0: {
+      const std::size_t debut =
+          choisis.find(' ', tirer(alea, static_cast<unsigned>(choisis.size()) - 31)) + 1;
+      return choisis.substr(debut, choisis.find(' ', debut) - debut);
+    }
     case 1:
       return std::to_string(static_cast<int>(alea()) >> tirer(alea, 32));
     case 2: {
@@ -182,30 +75,22 @@ bool memes_bits(double a, double b) {
 }
 
 // Leftovers live as long as the stream, so many short readings see more than one long one.
-TEST(Conversion, ReadsAsTheModelAndTheStreamOverRandomTexts) {
+TEST(Conversion, ReadsAsTheStreamOverRandomTexts) {
   Alea alea(20240611);
   for (int lecture = 0; lecture < 40000; ++lecture) {
     FluxNombres nombres;
-    Modele modele;
     Flux flux;
     std::string vus;
     for (unsigned n = 1 + tirer(alea, 6); n > 0; --n) {
       const std::string t = texte_au_hasard(alea);
       const unsigned sorte = tirer(alea, 9);
       vus += " " + std::string(sorte < 4 ? "int" : sorte < 8 ? "real" : "char") + "'" + t + "'";
-      if (sorte < 4) {
-        const int v = nombres.entier(t);
-        ASSERT_EQ(v, modele.entier(t)) << vus;
-        ASSERT_EQ(v, flux.entier(t)) << vus;
-      } else if (sorte < 8) {
-        const double v = nombres.reel(t);
-        ASSERT_PRED2(memes_bits, v, modele.reel(t)) << vus;
-        ASSERT_PRED2(memes_bits, v, flux.reel(t)) << vus;
-      } else {
-        const char v = nombres.caractere(t);
-        ASSERT_EQ(v, modele.caractere(t)) << vus;
-        ASSERT_EQ(v, flux.caractere(t)) << vus;
-      }
+      if (sorte < 4)
+        ASSERT_EQ(nombres.entier(t), flux.entier(t)) << vus;
+      else if (sorte < 8)
+        ASSERT_PRED2(memes_bits, nombres.reel(t), flux.reel(t)) << vus;
+      else
+        ASSERT_EQ(nombres.caractere(t), flux.caractere(t)) << vus;
     }
   }
 }

@@ -15,114 +15,73 @@ struct Lecteur {
   const char* signature;
   Marche marche;
   std::string (*document)(const Base&);
-  const char* entites;  // path to the element that holds the entities, "" for none
-  const char* nommee;   // number of the last entity, "" where entities have none
+  const char* entite;  // path to the entity that loses something; "*" is the last child
+  const char* textes;  // paths in it to texts that must be, and their elements too: fault "node"
 };
 
-const Lecteur plane{"bool Base::load_plane()", walk_plane, xml_scene, "", ""};
+// In a path "Face+" is the second element of that name.
+const Lecteur plane{"bool Base::load_plane()", walk_plane, xml_scene,
+                    "definition_scene/reference_avion",
+                    "name family fuse_length fuse_width height wing_span corde wing_area sweep "
+                    "nb_engine"};
 const Lecteur pieces{"bool Base::load_scene()", walk_scene, xml_scene,
-                     "definition_scene/liste_pieces", ""};
+                     "definition_scene/liste_pieces/*", "nom family topologie"};
 const Lecteur raccords{"bool Base::load_scene()", walk_scene, xml_scene,
-                       "definition_scene/liste_raccords", ""};
-const Lecteur blocs{"bool Base::load_blocs()", walk_blocs, xml_blocs, "Blocks", "90"};
-const Lecteur faces{"bool Base::load_faces()", walk_faces, xml_faces, "Faces", "112"};
-const Lecteur edges{"bool Base::load_edges()", walk_edges, xml_edges, "Edges", "321"};
-const Lecteur vrtxs{"bool Base::load_vrtxs()", walk_vrtxs, xml_vrtxs, "Vertices", "713"};
+                       "definition_scene/liste_raccords/*", "type"};
+const Lecteur blocs{"bool Base::load_blocs()", walk_blocs, xml_blocs, "Blocks/*",
+                    "Ident Type Erikson/Cell Volumes/Exact/Cell Volumes/Mor/Cell "
+                    "Volumes/Moyen/Cell Volumes/NSMB/Cell Faces/Face+/Numero "
+                    "Faces/Face+/NbSubFace Faces/Face+/SubFace"};
+const Lecteur faces{"bool Base::load_faces()", walk_faces, xml_faces, "Faces/*",
+                    "Ident NumCaract Type Edge+/Numero Edge+/NbSubEdge Edge/SubEdge"};
+const Lecteur edges{"bool Base::load_edges()", walk_edges, xml_edges, "Edges/*",
+                    "Ident NumCaract NbVertex Vertices/rmin Vertices/rmax"};
+const Lecteur vrtxs{"bool Base::load_vrtxs()", walk_vrtxs, xml_vrtxs, "Vertices/*",
+                    "Ident Coord/X Coord/Y Coord/Z Proj/Famille Proj/Coord/Z Proj+/Normale/X"};
 
 enum Essai { texte = 1, element = 2, les_deux = 3 };  // what is taken away, one run for each
-
-struct Ligne {
-  const Lecteur& lecteur;
-  const char* chemin;  // in the last entity
-  const char* expr = "node";
-  int essais = les_deux;
-};
 
 const char* const spe = "node->FirstChild()->Value()";
 const char* const pc = "node->FirstChild()";
 
-const Ligne lignes[] = {{plane, "definition_scene/reference_avion", "avion", element},
-                        {plane, "definition_scene/reference_avion/name"},
-                        {plane, "definition_scene/reference_avion/family"},
-                        {plane, "definition_scene/reference_avion/fuse_length"},
-                        {plane, "definition_scene/reference_avion/fuse_width"},
-                        {plane, "definition_scene/reference_avion/height"},
-                        {plane, "definition_scene/reference_avion/wing_span"},
-                        {plane, "definition_scene/reference_avion/corde"},
-                        {plane, "definition_scene/reference_avion/wing_area"},
-                        {plane, "definition_scene/reference_avion/sweep"},
-                        {plane, "definition_scene/reference_avion/nb_engine"},
-                        {pieces, "nom"},
-                        {pieces, "family"},
-                        {pieces, "topologie"},
-                        {pieces, "special+", spe, texte},
-                        {raccords, "piece", pc},
-                        {raccords, "autre", pc, texte},
-                        {raccords, "type"},
-                        {blocs, "Ident"},
-                        {blocs, "Type"},
-                        {blocs, "Erikson", "node", element},
-                        {blocs, "Erikson/Cell"},
-                        {blocs, "Volumes", "volm", element},
-                        {blocs, "Volumes/Exact", "node", element},
-                        {blocs, "Volumes/Exact/Cell"},
-                        {blocs, "Volumes/Mor/Cell"},
-                        {blocs, "Volumes/Moyen/Cell"},
-                        {blocs, "Volumes/NSMB/Cell"},
-                        {blocs, "Faces", "facs", element},
-                        {blocs, "Faces/Face", "face", element},
-                        {blocs, "Faces/Face+/Numero"},
-                        {blocs, "Faces/Face+/NbSubFace"},
-                        {blocs, "Faces/Face+/SubFace"},
-                        {faces, "Ident"},
-                        {faces, "NumCaract"},
-                        {faces, "Type"},
-                        {faces, "Boundary_Conditions/Item", "node", texte},
-                        {faces, "Surfaces/Item", "node", texte},
-                        {faces, "Edge", "hnode", element},
-                        {faces, "Edge+/Numero"},
-                        {faces, "Edge+/NbSubEdge"},
-                        {faces, "Edge/SubEdge"},
-                        {edges, "Ident"},
-                        {edges, "NumCaract"},
-                        {edges, "Boundary_Conditions/Item", "node", texte},
-                        {edges, "NbVertex"},
-                        {edges, "Vertices", "node", element},
-                        {edges, "Vertices/rmin"},
-                        {edges, "Vertices/rmax"},
-                        {vrtxs, "Ident"},
-                        {vrtxs, "Coord", "node", element},
-                        {vrtxs, "Coord/X"},
-                        {vrtxs, "Coord/Y"},
-                        {vrtxs, "Coord/Z"},
-                        {vrtxs, "Proj/Famille"},
-                        {vrtxs, "Proj/Coord/Z"},
-                        {vrtxs, "Proj/Normale", "node", element},
-                        {vrtxs, "Proj+/Normale/X"}};
+const struct {
+  const Lecteur& lecteur;
+  const char *chemin, *expr;
+  int essais;
+} autres[] = {{plane, "", "avion", element},
+              {pieces, "special+", spe, texte},
+              {raccords, "piece", pc, les_deux},
+              {raccords, "autre", pc, texte},
+              {blocs, "Erikson", "node", element},
+              {blocs, "Volumes", "volm", element},
+              {blocs, "Volumes/Exact", "node", element},
+              {blocs, "Faces", "facs", element},
+              {blocs, "Faces/Face", "face", element},
+              {faces, "Boundary_Conditions/*", "node", texte},
+              {faces, "Surfaces/*", "node", texte},
+              {faces, "Edge", "hnode", element},
+              {edges, "Boundary_Conditions/*", "node", texte},
+              {edges, "Vertices", "node", element},
+              {vrtxs, "Coord", "node", element},
+              {vrtxs, "Proj/Normale", "node", element}};
 
-// Two blocks or more, whose last entities have all that a line of the table can take away.
-Base base_complete() {
+// A document whose last entities have all that can be taken away.
+std::string document(const Lecteur& lecteur) {
   Base b = grille("boite", {2, 1, 1}).base;
-  b.faces.erase(b.faces.upper_bound(112), b.faces.end());
-  b.faces[112]._id(112);
-  for (int i = 0; i < 4; ++i) b.faces[112]._edge(i, 301 + i);
-  b.faces[112].add_BC(3);
-  b.faces[112].add_surf(4);
-  b.edges[321]._id(321);
-  b.edges[321].add_BC(5);
-  b.vrtxs[713]._id(713);
-  for (int k : {1, 2}) b.vrtxs[713].add_proj_pt(k, 1, 2, 3, 4, 5, 6);
+  b.faces.rbegin()->second.add_BC(3);
+  b.faces.rbegin()->second.add_surf(4);
+  b.edges.rbegin()->second.add_BC(5);
+  for (int k : {1, 2}) b.vrtxs.rbegin()->second.add_proj_pt(k, 1, 2, 3, 4, 5, 6);
   b.raccords.push_back(b.raccords[0]);
-  return b;
+  return lecteur.document(b);
 }
 
-// Element at the end of a path, the second of its name where the name has a "+".
 TiXmlNode* atteindre(TiXmlNode* n, const std::string& chemin) {
   std::istringstream noms(chemin);
   for (std::string nom; n && std::getline(noms, nom, '/');) {
     const bool second = nom.back() == '+';
     if (second) nom.pop_back();
-    n = n->FirstChild(nom.c_str());
+    n = nom == "*" ? n->LastChild() : n->FirstChild(nom.c_str());
     if (n && second) n = n->NextSibling(nom.c_str());
   }
   return n;
@@ -134,29 +93,7 @@ std::string litteral(const std::string& s) {
   return motif;
 }
 
-// The document of line l with one thing taken away, and the rank of the last entity; -1 when the
-// line does not fit the document.
-int abimer(const Ligne& l, Essai essai, TiXmlDocument& doc) {
-  if (!analyser_xml(l.lecteur.document(base_complete()), doc)) return -1;
-  TiXmlNode* depart = atteindre(&doc, l.lecteur.entites);
-  int rang = 0;
-  if (depart && *l.lecteur.entites) {
-    for (const TiXmlNode* n = depart->FirstChild(); n; n = n->NextSibling()) ++rang;
-    depart = depart->LastChild();
-  }
-  TiXmlNode* n = depart ? atteindre(depart, l.chemin) : nullptr;
-  if (!n) return -1;
-  if (essai == texte) {
-    n->Clear();
-    return rang;
-  }
-  TiXmlNode* parent = n->Parent();
-  const std::string nom = n->Value();
-  while (TiXmlNode* enfant = parent->FirstChild(nom.c_str())) parent->RemoveChild(enfant);
-  return rang;
-}
-
-// `marche` on `doc` ends the program after a message that names all of this, in this order.
+// The walk ends the program after a message that names all of this, in this order.
 void exiger_faute(const Lecteur& lecteur, const TiXmlDocument& doc, const std::string& expr,
                   const std::string& entite) {
   EXPECT_EXIT(
@@ -170,49 +107,67 @@ void exiger_faute(const Lecteur& lecteur, const TiXmlDocument& doc, const std::s
           entite);
 }
 
+void essayer(const Lecteur& lecteur, const std::string& chemin, const char* expr, Essai essai) {
+  SCOPED_TRACE(lecteur.signature + (' ' + chemin + ' ') + std::to_string(essai));
+  TiXmlDocument doc;
+  ASSERT_TRUE(analyser_xml(document(lecteur), doc));
+  TiXmlNode* entite = atteindre(&doc, lecteur.entite);
+  TiXmlNode* n = entite ? atteindre(entite, chemin) : nullptr;
+  ASSERT_TRUE(n);
+  // An entity is named by its rank as long as it has no number.
+  std::string nom;
+  if (entite->FirstChild("Ident") && chemin != "Ident") {
+    nom = "\\b" + entite->FirstChild("Ident")->FirstChild()->ValueStr() + "\\b";
+  } else if (lecteur.entite[std::strlen(lecteur.entite) - 1] == '*') {
+    int rang = 1;
+    for (const TiXmlNode* p = entite; (p = p->PreviousSibling());) ++rang;
+    nom = "\\b" + std::to_string(rang) + "\\b";
+  }
+  if (essai == texte) {
+    n->Clear();
+  } else {
+    TiXmlNode* parent = n->Parent();
+    const std::string valeur = n->Value();
+    while (TiXmlNode* enfant = parent->FirstChild(valeur.c_str())) parent->RemoveChild(enfant);
+  }
+  exiger_faute(lecteur, doc, expr, nom);
+}
+
 TEST(FautesDeathTest, EachIsNamedAndEndsByAbort) {
-  for (const Ligne& l : lignes)
-    for (Essai essai : {texte, element}) {
-      if (!(l.essais & essai)) continue;
-      SCOPED_TRACE(std::string(l.lecteur.signature) + ' ' + l.chemin + ' ' + std::to_string(essai));
-      TiXmlDocument doc;
-      const int rang = abimer(l, essai, doc);
-      ASSERT_GE(rang, 0);
-      // An entity is named by its rank as long as it has no number.
-      const bool sans_numero = !*l.lecteur.nommee || std::string_view(l.chemin) == "Ident";
-      exiger_faute(l.lecteur, doc, l.expr,
-                   !rang         ? ""
-                   : sans_numero ? "\\b" + std::to_string(rang) + "\\b"
-                                 : std::string("\\b") + l.lecteur.nommee + "\\b");
-    }
+  for (const Lecteur& l : {plane, pieces, raccords, blocs, faces, edges, vrtxs}) {
+    std::istringstream chemins(l.textes);
+    for (std::string chemin; chemins >> chemin;)
+      for (Essai essai : {texte, element}) essayer(l, chemin, "node", essai);
+  }
+  for (const auto& l : autres)
+    for (Essai essai : {texte, element})
+      if (l.essais & essai) essayer(l.lecteur, l.chemin, l.expr, essai);
 }
 
 TEST(FautesDeathTest, AMissingTopElementOrList) {
-  for (const Lecteur& l : {plane, pieces, blocs, faces, edges, vrtxs}) {
+  const auto sans = [](const Lecteur& l, const std::string& xml) {
     TiXmlDocument doc;
-    ASSERT_TRUE(analyser_xml("<Autre><Blocks/></Autre>", doc));
+    ASSERT_TRUE(analyser_xml(xml, doc));
     exiger_faute(l, doc, "", "");
-  }
-  for (const char* liste : {"liste_pieces", "liste_raccords"}) {
-    TiXmlDocument doc;
-    ASSERT_TRUE(analyser_xml(el("definition_scene", el(liste, "")), doc));
-    exiger_faute(pieces, doc, "", "");
-  }
+  };
+  for (const Lecteur& l : {plane, pieces, blocs, faces, edges, vrtxs})
+    sans(l, "<Autre><Blocks/></Autre>");
+  for (const char* liste : {"liste_pieces", "liste_raccords"})
+    sans(pieces, el("definition_scene", el(liste)));
 }
 
 // Every child of a list is an entity, and a text is the first child node, comments included.
 TEST(FautesDeathTest, ACommentInTheWrongPlace) {
-  struct {
+  const struct {
     const Lecteur& lecteur;
     const char* avant;  // where the comment goes: before the first such text
     const char* expr;
-  } const places[] = {
-      {blocs, "<Block>", "node"}, {blocs, "</Faces>", "node"},    {edges, "</Boundary", "node"},
-      {faces, "<Item>", "node"},  {vrtxs, "</Vertices>", "node"}, {pieces, "<piece>", "node"},
-      {pieces, "</piece>", spe},  {raccords, "<autre>", pc},      {raccords, "</liste_r", pc}};
+  } places[] = {{blocs, "<Block>", "node"}, {blocs, "</Faces>", "node"},
+                {faces, "<Item>", "node"},  {vrtxs, "</Vertices>", "node"},
+                {pieces, "</piece>", spe},  {raccords, "<autre>", pc}};
   for (const auto& p : places) {
     SCOPED_TRACE(std::string(p.lecteur.signature) + ' ' + p.avant);
-    std::string xml = p.lecteur.document(base_complete());
+    std::string xml = document(p.lecteur);
     xml.insert(xml.find(p.avant), "<!-- 5 -->");
     TiXmlDocument doc;
     ASSERT_TRUE(analyser_xml(xml, doc));

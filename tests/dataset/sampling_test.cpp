@@ -76,12 +76,12 @@ BaseBuffer cible_occupee() {
 }  // namespace
 
 TEST(Sampling, GeneratorAndShuffle) {
-  for (std::uint32_t graine : {0U, 1U, 1767225600U}) {
+  for (std::uint32_t graine : {0U, 1767225600U}) {
     srand48(static_cast<long>(graine));
     Tirage tirage(graine);
-    for (std::size_t n : {1U, 2U, 7U, 1000U, 2147483647U})
+    for (std::size_t n : {1U, 7U, 2147483647U})
       EXPECT_EQ(static_cast<std::size_t>(MyRandom()(static_cast<int>(n))), tirage(n));
-    for (int nb : {0, 1, 2, 9, 200}) {
+    for (int nb : {0, 1, 2, 200}) {
       BaseBuffer t = reperes(nb);
       if (nb > 2) t._expl[1].resize(3);  // a short row moves like the others
       Lignes attendu = t._expl;
@@ -94,32 +94,26 @@ TEST(Sampling, GeneratorAndShuffle) {
 }
 
 TEST(Sampling, Split) {
-  const struct {
-    double ratio;
-    std::size_t premiers;
-  } cas[] = {{0.25, 2}, {0.9999, 9}, {1.0, 10},    {1.7, 10},         {infini, 10},
-             {0.0, 0},  {-0.5, 0},   {-infini, 0}, {pas_un_nombre, 0}};
+  const std::pair<double, int> cas[] = {{0.25, 2}, {0.9999, 9}, {1.7, 10},    {infini, 10},
+                                        {0.0, 0},  {-0.5, 0},   {-infini, 0}, {pas_un_nombre, 0}};
   for (const auto& [ratio, premiers] : cas)
     for (bool melange : {false, true}) {
       BaseBuffer source = reperes(10);
       source._num_classe = 3;
       source.hide_attr("ident");
       source._expl[4].resize(1);
+      Lignes tous = source._expl;
       BaseBuffer a = cible_occupee(), b;
       srand48(5);
       Tirage tirage(5);
       source.sep_buffer(ratio, a, b, melange);
-      Lignes tous = reperes(10)._expl;
-      tous[4].resize(1);
       EXPECT_EQ(source._expl, tous);
       if (melange) tirage.melanger(tous);
-      const auto coupe = tous.begin() + static_cast<std::ptrdiff_t>(premiers);
-      EXPECT_EQ(a._expl, Lignes(tous.begin(), coupe)) << ratio;
-      EXPECT_EQ(b._expl, Lignes(coupe, tous.end())) << ratio;
+      EXPECT_EQ(a._expl, Lignes(tous.begin(), tous.begin() + premiers)) << ratio;
+      EXPECT_EQ(b._expl, Lignes(tous.begin() + premiers, tous.end())) << ratio;
       for (const BaseBuffer* t : {&a, &b})
         EXPECT_TRUE(t->_attr == source._attr && t->_nom == "reperes" && t->_num_classe == 3);
-      EXPECT_EQ(a._aff, cible_occupee()._aff);
-      EXPECT_TRUE(b._aff.at("ident"));
+      EXPECT_TRUE(a._aff == cible_occupee()._aff && b._aff.at("ident"));
       EXPECT_EQ(drand48(), tirage.reel());
     }
 }
@@ -129,23 +123,19 @@ TEST(Sampling, SplitIntoItselfOrTwiceTheSame) {
   const Lignes debut{tous[0]}, reste(tous.begin() + 1, tous.end());
   BaseBuffer t = reperes(4), a, b = cible_occupee();
   t.sep_buffer(0.25, t, a, false);
-  EXPECT_EQ(t._expl, debut);
-  EXPECT_EQ(a._expl, reste);
+  EXPECT_TRUE(t._expl == debut && a._expl == reste);
   t = reperes(4);
   t.sep_buffer(0.25, a, t, false);
-  EXPECT_EQ(a._expl, debut);
-  EXPECT_EQ(t._expl, reste);
+  EXPECT_TRUE(a._expl == debut && t._expl == reste);
   EXPECT_TRUE(t._nom == "reperes" && t._attr.size() == 50U);
   t = reperes(4);
   t.sep_buffer(0.25, b, b, false);  // both parts, one after the other
-  EXPECT_EQ(b._expl, tous);
-  EXPECT_FALSE(b._aff.at("vieux"));
+  EXPECT_TRUE(b._expl == tous && !b._aff.at("vieux"));
   t.sep_buffer(0.25, t, t, false);
   EXPECT_EQ(t._expl, tous);
   BaseBuffer vide;
   vide.sep_buffer(0.5, a, b, true);
   EXPECT_EQ(a.nb_expl() + b.nb_expl(), 0);
-  EXPECT_EQ(b._attr, vide._attr);
 }
 
 TEST(Sampling, SyntheticRows) {
@@ -156,39 +146,34 @@ TEST(Sampling, SyntheticRows) {
   } cas[] = {{10, 3, 3, 3},    {10, 1000, 10, 1000},
              {10, -1, 10, 0},  {10, 0, 0, 0},
              {60, 60, 60, 60}, {1, 5, 1, 5},
-             {3, 2, 2, 2},     {0, 5, 0, 0},
-             {0, -1, 0, 0},    {4, std::numeric_limits<int>::min(), 4, 0}};
+             {0, 5, 0, 0},     {4, std::numeric_limits<int>::min(), 4, 0}};
   for (const auto& [exemples, n, permutes, tires] : cas) {
+    SCOPED_TRACE(std::to_string(exemples) + " examples, n = " + std::to_string(n));
     BaseBuffer source = reperes(static_cast<int>(exemples));
     source._num_classe = 4;
     const Lignes de = source._expl;
-    const std::string ou = std::to_string(exemples) + " examples, n = " + std::to_string(n);
+    Tirage tirage(11);
+    srand48(11);
     for (bool dans_elle_meme : {false, true}) {
       BaseBuffer copie(source), autre = cible_occupee();
       BaseBuffer& out = dans_elle_meme ? copie : autre;
       const auto drapeaux = out._aff;
-      srand48(11);
-      Tirage tirage(11);
       copie.create_fake_base(out, n);
-      EXPECT_EQ(out._expl, attendu_permute(de, permutes, tirage)) << ou;
-      EXPECT_EQ(drand48(), tirage.reel()) << ou;
+      EXPECT_EQ(out._expl, attendu_permute(de, permutes, tirage));
       EXPECT_TRUE(out._nom == "fake_base" && out._attr == source._attr && out._num_classe == 4);
       EXPECT_TRUE(out._aff == drapeaux && (dans_elle_meme || copie._expl == de));
 
       copie = source;
       copie.create_fake_base2(out, n);
-      EXPECT_EQ(out._expl, attendu_tire(de, tires, tirage)) << ou;
-      EXPECT_EQ(drand48(), tirage.reel()) << ou;
+      EXPECT_EQ(out._expl, attendu_tire(de, tires, tirage));
       EXPECT_TRUE(out._nom == "fake_base2" && out._num_classe == 4 && out._aff == drapeaux);
     }
-    srand48(12);
-    Tirage tirage(12);
     source.create_fakes(n);
     Lignes attendu = de;
     for (auto& ligne : attendu_repete(de, permutes, tirage)) attendu.push_back(ligne);
-    EXPECT_EQ(source._expl, attendu) << ou;
-    EXPECT_EQ(drand48(), tirage.reel()) << ou;
+    EXPECT_EQ(source._expl, attendu);
     EXPECT_EQ(source._nom, "reperes");
+    EXPECT_EQ(drand48(), tirage.reel());
   }
 }
 
@@ -196,7 +181,7 @@ TEST(Sampling, SyntheticRowsByRatio) {
   const struct {
     double ratio;
     int permutes, tires;
-  } cas[] = {{0.49, 3, 3}, {1.0, 7, 7},           {2.5, 7, 17},  {-0.1, 0, 0},
+  } cas[] = {{0.49, 3, 3}, {2.5, 7, 17},          {-0.1, 0, 0},
              {-0.5, 7, 0}, {pas_un_nombre, 0, 0}, {-1e300, 7, 0}};
   for (const auto& [ratio, permutes, tires] : cas) {
     BaseBuffer t = reperes(7), out;
@@ -215,25 +200,18 @@ TEST(Sampling, SyntheticRowsByRatio) {
   EXPECT_EQ(vide.nb_expl(), 0);
 }
 
+// What a short example lacks is left out; what it has is used; nothing is read past its end.
 TEST(Sampling, SyntheticRowsFromShortOnes) {
-  // What a short example lacks is left out; what it has is used; nothing is read past its end.
-  BaseBuffer t = reperes(3), out;
+  BaseBuffer t = reperes(3), permutes, tires;
   for (auto& ligne : t._expl) ligne.resize(4);
-  const auto verifier = [](const Lignes& lignes, const char* nom) {
-    for (std::size_t i = 0; i < lignes.size(); ++i) {
-      ASSERT_GE(lignes[i].size(), 5U);
-      EXPECT_EQ(lignes[i][0] + lignes[i][1], avec(nom, static_cast<long>(i)));
-      EXPECT_EQ(lignes[i][2].substr(1) + lignes[i][3].substr(1), ":2:3");
-      EXPECT_EQ(lignes[i].back(), "-1");
-    }
-  };
-  t.create_fake_base(out, 3);
-  EXPECT_EQ(out.nb_expl(), 3);
-  verifier(out._expl, "fake_base");
-  t.create_fake_base2(out, 20);
-  EXPECT_EQ(out.nb_expl(), 20);
-  verifier(out._expl, "fake_base2");
+  t.create_fake_base(permutes, 3);
+  t.create_fake_base2(tires, 20);
   t.create_fakes(2);
-  ASSERT_EQ(t.nb_expl(), 5);
-  verifier({t._expl[3], t._expl[4]}, "fake_base");
+  EXPECT_EQ(permutes.nb_expl() + tires.nb_expl() + t.nb_expl(), 3 + 20 + 5);
+  t._expl.erase(t._expl.begin(), t._expl.begin() + 3);
+  for (const Lignes& lignes : {permutes._expl, tires._expl, t._expl})
+    for (const auto& ligne : lignes) {
+      EXPECT_EQ(ligne.at(2).substr(1) + ligne.at(3).substr(1), ":2:3");
+      EXPECT_TRUE(ligne.size() > 4 && ligne.back() == "-1");
+    }
 }

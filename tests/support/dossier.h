@@ -3,9 +3,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+inline std::string lire_octets(const std::string& fichier) {
+  std::ifstream f(fichier, std::ios::binary);
+  return {std::istreambuf_iterator<char>(f), {}};
+}
 
 /// A fresh folder of its own, removed at the end with all that it holds.
 class Dossier {
@@ -31,6 +37,7 @@ class Dossier {
     std::filesystem::create_directories(fichier.parent_path());
     std::ofstream(fichier, std::ios::binary) << contenu;
   }
+  std::string lire(const std::string& nom) const { return lire_octets(chemin_ + nom); }
 
  private:
   std::string chemin_;

@@ -1,0 +1,94 @@
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <optional>
+
+#include "commandes.h"
+#include "commun.h"
+#include "options.h"
+
+namespace {
+
+enum class Methode { repete, permute, tire };
+
+struct Options {
+  Cible cible;
+  OptionsTable table;
+  Methode methode = Methode::permute;
+  std::optional<int> nombre;
+  std::optional<double> ratio;
+  long graine = 1;
+  bool seuls = false;
+  std::string fichier;
+};
+
+/// Calls the builder with the number or the ratio, whichever was given.
+template <class Construire>
+void demander(const Options& o, Construire construire_faux) {
+  if (!(o.nombre ? construire_faux(*o.nombre) : construire_faux(*o.ratio))) throw std::bad_alloc();
+}
+
+/// Appends the synthetic examples to the real ones. They are moved, not copied.
+void ajouter(const Options& o, BaseBuffer& table) {
+  if (o.methode == Methode::repete)
+    return demander(o, [&](auto n) { return table.create_fakes(n); });
+  BaseBuffer faux;
+  demander(o, [&](auto n) {
+    return o.methode == Methode::permute ? table.create_fake_base(faux, n)
+                                         : table.create_fake_base2(faux, n);
+  });
+  table._expl.insert(table._expl.end(), std::make_move_iterator(faux._expl.begin()),
+                     std::make_move_iterator(faux._expl.end()));
+}
+
+void executer(Options& o) {
+  if (!o.nombre && !o.ratio) throw CLI::RequiredError("--nombre ou --ratio");
+  Progres progres;
+  BaseBuffer table = construire(o.cible, o.table, progres);
+  const auto reels = static_cast<std::ptrdiff_t>(table._expl.size());
+  progres.etape("exemples synthetiques");
+  srand48(o.graine);
+  ajouter(o, table);
+  const std::ptrdiff_t faits = static_cast<std::ptrdiff_t>(table._expl.size()) - reels;
+  progres.effacer();
+  if (o.nombre && faits < *o.nombre)
+    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << *o.nombre
+              << " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n";
+  if (o.seuls) table._expl.erase(table._expl.begin(), table._expl.begin() + reels);
+
+  progres.ecriture(o.fichier);
+  Sortie sortie(o.fichier);
+  ecrire(table, o.table.format, sortie.flux());
+  sortie.conclure();
+}
+
+}  // namespace
+
+void ajouter_faux(CLI::App& app) {
+  const auto o = std::make_shared<Options>();
+  CLI::App* c = app.add_subcommand("faux", "Ecrit les exemples reels et des exemples synthetiques");
+  options_cible(*c, o->cible);
+  const std::map<std::string, Methode> methodes{
+      {"repete", Methode::repete}, {"permute", Methode::permute}, {"tire", Methode::tire}};
+  option_mot(*c, "--methode",
+             "repete (le meme exemple, N fois), permute (chaque valeur sert une fois) ou tire "
+             "(tirages independants)",
+             methodes, o->methode)
+      ->required();
+  auto* nombre = c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")
+                     ->check(CLI::NonNegativeNumber);
+  c->add_option("--ratio", o->ratio, "Leur nombre, en part du nombre d'exemples reels")
+      ->check(CLI::NonNegativeNumber)
+      ->excludes(nombre);
+  c->add_option("--graine", o->graine, "Graine des tirages (1 par defaut)");
+  c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");
+  options_table(*c, o->table);
+  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  c->footer(
+      "Exemple :\n"
+      "  topodata faux cas/ nrm --methode tire --ratio 0.5 --graine 3 -o avec_faux.arff");
+  c->callback([o] { executer(*o); });
+}

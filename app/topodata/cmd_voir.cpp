@@ -1,0 +1,162 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "base/base.h"
+#include "commandes.h"
+#include "commun.h"
+#include "mesh/numbering.h"
+
+namespace {
+
+struct Options {
+  Cible cible;
+  std::string base;
+  std::string sorte;
+  std::optional<int> element, voisins, coins;
+};
+
+/// Kinds in the order of their listing numbers, from 1.
+constexpr std::array<const char*, 7> sortes{"bloc",  "face",  "edge",   "vertex",
+                                            "avion", "piece", "raccord"};
+constexpr std::array<const char*, nb_faces_bloc> cases{"i-min", "j-min", "k-min",
+                                                       "i-max", "j-max", "k-max"};
+
+int numero_sorte(const std::string& nom) {
+  return 1 + static_cast<int>(std::ranges::find(sortes, nom) - sortes.begin());
+}
+
+/// Prints entity n of a table numbered by the files.
+template <class Entite>
+bool imprimer(const std::map<int, Entite>& table, int n) {
+  const auto trouve = table.find(n);
+  if (trouve == table.end()) return false;
+  trouve->second.Print();
+  return true;
+}
+
+/// Entities by number, pieces and junctions by rank from 1. False when there is none.
+bool voir_element(const Base& base, const std::string& sorte, int n) {
+  const auto rang_dans = [n](std::size_t nb) { return n >= 1 && static_cast<unsigned>(n) <= nb; };
+  switch (sorte.empty() ? 0 : numero_sorte(sorte)) {
+    case 0:
+      if (!base.blocs.contains(n) && !base.faces.contains(n) && !base.edges.contains(n) &&
+          !base.vrtxs.contains(n))
+        return false;
+      base.Print_elem(n);
+      return true;
+    case 1:
+      return imprimer(base.blocs, n);
+    case 2:
+      return imprimer(base.faces, n);
+    case 3:
+      return imprimer(base.edges, n);
+    case 4:
+      return imprimer(base.vrtxs, n);
+    case 6:
+      if (!rang_dans(base.pieces.size())) return false;
+      std::next(base.pieces.begin(), n - 1)->second.Print();
+      return true;
+    case 7:
+      if (!rang_dans(base.raccords.size())) return false;
+      base.raccords[static_cast<std::size_t>(n - 1)].Print();
+      return true;
+    default:
+      return false;
+  }
+}
+
+void exiger_bloc(const Base& base, int b) {
+  if (!base.blocs.contains(b))
+    throw Erreur("bloc " + std::to_string(b) + " inexistant dans " + base.nom);
+}
+
+void voir_voisins(const Base& base, int b) {
+  exiger_bloc(base, b);
+  const std::vector<int> voisins = base.vois_bloc(b);
+  std::cout << "Bloc " << b << " : " << voisins.size() << " voisin(s)\n";
+  for (int i = 0; i < nb_faces_bloc; ++i) {
+    const int f = base.blk_face(b, i);
+    std::cout << "  " << cases[static_cast<std::size_t>(i)] << " : ";
+    if (f == 0) {
+      std::cout << "pas de face\n";
+      continue;
+    }
+    std::cout << "face " << f << " :";
+    const auto face = base.faces.find(f);
+    bool seul = true;
+    for (int n = 0; face != base.faces.end() && n < face->second.nb_bloc(); ++n) {
+      if (face->second._bloc(n) == b) continue;
+      std::cout << ' ' << face->second._bloc(n);
+      seul = false;
+    }
+    std::cout << (seul ? " bord\n" : "\n");
+  }
+}
+
+void voir_coins(const Base& base, int b) {
+  exiger_bloc(base, b);
+  std::cout << "Bloc " << b << '\n';
+  for (int coin = 0; coin < 8; ++coin) {
+    const int i = coin & 1, j = coin >> 1 & 1, k = coin >> 2;
+    const int v = base.blk_vrtx_ijk(b, i, j, k);
+    std::cout << "  coin (" << i << ',' << j << ',' << k << ") : ";
+    if (v == -2)
+      std::cout << "case vide\n";
+    else if (v == -3)
+      std::cout << "face ou edge inexistante\n";
+    else if (v < 1)
+      std::cout << "pas de sommet commun\n";
+    else {
+      double x = 0, y = 0, z = 0;
+      if (const auto s = base.vrtxs.find(v); s != base.vrtxs.end()) s->second.get_pos(x, y, z);
+      std::cout << "vertex " << v << " (" << x << ',' << y << ',' << z << ")\n";
+    }
+  }
+}
+
+void executer(Options& o) {
+  o.cible.bases = o.base;
+  controler(o.cible);
+  Base base(o.base, o.cible.chemin, o.cible.mode);
+  {
+    Progres progres;
+    charger_base(base, progres);
+  }
+  Sortie sortie("");
+  if (o.voisins) voir_voisins(base, *o.voisins);
+  if (o.coins) voir_coins(base, *o.coins);
+  if (o.element) {
+    if (!voir_element(base, o.sorte, *o.element))
+      throw Erreur((o.sorte.empty() ? "element" : o.sorte) + " " + std::to_string(*o.element) +
+                   " inexistant dans " + o.base);
+  } else if (!o.sorte.empty()) {
+    base.Print(numero_sorte(o.sorte), false);
+  } else if (!o.voisins && !o.coins) {
+    base.Print(false);
+  }
+  sortie.conclure();
+}
+
+}  // namespace
+
+void ajouter_voir(CLI::App& app) {
+  const auto o = std::make_shared<Options>();
+  CLI::App* c = app.add_subcommand("voir", "Montre ce que contient une base");
+  options_cible(*c, o->cible, false);
+  c->add_option("BASE", o->base, "Nom de la base")->required();
+  c->add_option("--sorte", o->sorte, "Une seule sorte d'element")
+      ->check(CLI::IsMember(std::vector<std::string>(sortes.begin(), sortes.end())));
+  c->add_option("--element", o->element,
+                "Un seul element : son numero, ou son rang pour une piece ou un raccord");
+  c->add_option("--voisins", o->voisins, "Les blocs voisins de ce bloc, face par face");
+  c->add_option("--coins", o->coins, "Les sommets des huit coins de ce bloc");
+  c->footer(
+      "Exemple :\n"
+      "  topodata voir cas/ nrm mesh_case_2 --sorte bloc --element 3 --voisins 3");
+  c->callback([o] { executer(*o); });
+}

@@ -1,0 +1,74 @@
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <new>
+
+#include "app/flux_standards.h"
+#include "commandes.h"
+#include "sortie.h"
+
+namespace {
+
+constexpr int echec = 2;
+
+void franciser(CLI::App& app) {
+  app.set_help_flag("-h,--help", "Affiche cette aide");
+  auto& mots = *app.get_formatter();
+  for (const auto& [mot, traduit] : {std::pair{"Usage", "Usage"},
+                                     {"Positionals", "Arguments"},
+                                     {"Options", "Options"},
+                                     {"OPTIONS", "OPTIONS"},
+                                     {"Subcommands", "Commandes"},
+                                     {"SUBCOMMAND", "COMMANDE"},
+                                     {"SUBCOMMANDS", "COMMANDES"},
+                                     {"REQUIRED", "OBLIGATOIRE"},
+                                     {"Excludes", "Exclut"},
+                                     {"Needs", "Demande"},
+                                     {"TEXT", "TEXTE"},
+                                     {"FLOAT", "REEL"},
+                                     {"INT", "ENTIER"},
+                                     {"UINT", "ENTIER"}})
+    mots.label(mot, traduit);
+}
+
+int executer(int argc, char** argv) {
+  CLI::App app("Table d'exemples, verification et exploration de cas de maillages multi-blocs.",
+               "topodata");
+  franciser(app);
+  app.set_version_flag("--version", "topodata " TOPOMINE_VERSION, "Affiche la version");
+  app.require_subcommand(1);
+  app.footer("topodata COMMANDE --help detaille une commande et donne un exemple.");
+  int statut = 0;
+  ajouter_table(app);
+  ajouter_partage(app);
+  ajouter_faux(app);
+  ajouter_resume(app);
+  ajouter_covariance(app);
+  ajouter_voir(app);
+  ajouter_verifie(app, statut);
+  for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    return app.exit(e);
+  }
+  return statut;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  assurer_flux_standards();
+  std::signal(SIGPIPE, SIG_DFL);  // a pager that is left early ends the listing without a word
+  try {
+    return executer(argc, argv);
+  } catch (const Erreur& e) {
+    std::cerr << "topodata : " << e.what() << std::endl;
+  } catch (const std::bad_alloc&) {
+    std::cerr << "topodata : memoire insuffisante" << std::endl;
+  } catch (const std::exception& e) {
+    std::cerr << "topodata : " << e.what() << std::endl;
+  }
+  return echec;
+}

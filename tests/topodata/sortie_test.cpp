@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <csignal>
+#include <iterator>
+
+#include "programme.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::ptrdiff_t nb_fichiers_dans(const fs::path& dossier) {
+  return std::distance(fs::directory_iterator(dossier), {});
+}
+
+/// A disk with room for a kilobyte more, as far as the program can tell.
+void disque_plein() {
+  const rlimit limite{1024, 1024};
+  setrlimit(RLIMIT_FSIZE, &limite);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+}  // namespace
+
+TEST(Sortie, says_in_one_line_what_cannot_be_done) {
+  const Collection c;
+  const std::string cas = c.cas(), d = c.dossier.string();
+  struct Cas {
+    std::vector<std::string> arguments;
+    std::string erreurs;
+  };
+  const Cas rangees[]{
+      {{"table", cas, "nrx"}, "mode inconnu : 'nrx' (attendu : ext, nrm ou min)"},
+      {{"table", d + "/non", "nrm"}, "dossier inconnu : '" + d + "/non'"},
+      {{"table", cas, "nrm", "--bases", "mesh_case_1,x"},
+       "base inconnue : 'x' (pas de dossier " + cas + "x)"},
+      {{"voir", cas, "nrm", "x"}, "base inconnue : 'x' (pas de dossier " + cas + "x)"},
+      {{"table", cas, "nrm", "--bases", ","}, "aucune base dans ','"},
+      {{"table", cas, "nrm", "--garde", "erikson,erik"}, "attribut inconnu : 'erik'"},
+      {{"table", cas, "nrm", "--cache", "erik"}, "attribut inconnu : 'erik'"},
+      {{"table", cas, "nrm", "-o", d + "/non/t"},
+       d + "/non/t : ecriture impossible (No such file or directory)"},
+      {{"table", cas, "nrm", "-o", d}, d + " : ecriture impossible (Is a directory)"},
+      {{"table", cas, "nrm", "-o", "/dev/full"},
+       "/dev/full : ecriture impossible (No space left on device)"},
+      {{"covariance", cas, "nrm", "--image", "a.gif"}, "'a.gif' : une image se nomme .png ou .svg"},
+      {{"voir", cas, "nrm", "mesh_case_1", "--element", "999999"},
+       "element 999999 inexistant dans mesh_case_1"},
+      {{"voir", cas, "nrm", "mesh_case_1", "--coins", "99"}, "bloc 99 inexistant dans mesh_case_1"},
+  };
+  for (const Cas& r : rangees) {
+    const Resultat fait = topodata(r.arguments);
+    EXPECT_EQ(fait.erreurs, "topodata : " + r.erreurs + "\n");
+    EXPECT_EQ(fait.sortie, "");
+    EXPECT_EQ(fait.statut, 2);
+  }
+}
+
+TEST(Sortie, leaves_usage_to_the_parser_and_helps) {
+  for (const std::vector<std::string>& faux :
+       {std::vector<std::string>{},
+        {"tabel"},
+        {"table", "cas"},
+        {"table", "c", "nrm", "--format", "x"},
+        {"faux", "c", "nrm", "--methode", "tire"},
+        {"partage", "c", "nrm", "--ratio", "2", "-o", "p"}}) {
+    const Resultat r = topodata(faux);
+    EXPECT_GT(r.statut, 2);
+    EXPECT_EQ(r.sortie, "");
+    EXPECT_NE(r.erreurs, "");
+  }
+  for (const char* commande :
+       {"table", "partage", "faux", "resume", "covariance", "voir", "verifie"}) {
+    const Resultat r = topodata({commande, "--help"});
+    EXPECT_EQ(r.statut, 0);
+    EXPECT_NE(r.sortie.find(std::string("  topodata ") + commande + " cas/ nrm"),
+              std::string::npos);
+    EXPECT_TRUE(std::ranges::all_of(r.sortie, [](char ch) { return ch > 0; })) << "not ASCII";
+  }
+  EXPECT_TRUE(topodata({"--version"}).sortie.starts_with("topodata "));
+}
+
+TEST(Sortie, a_base_that_does_not_load_ends_with_the_readers_words) {
+  const Collection c;
+  const auto vieux = c.dossier / "t.arff";
+  ecrire(vieux, "vieux");
+  struct Cas {
+    const char *fichier, *motif, *texte;
+    std::string dit;  // # stands for the file
+  };
+  const Cas rangees[]{
+      {"mesh_case_2/mesh_case_2_nrm.face", "</Faces>", "", "probleme de lecture du fichier #"},
+      {"mesh_case_2/mesh_case_2_nrm.edge", "<NbVertex>2", "<NbVertex>3",
+       "Erreur avec l'edge 1 ... (#)"},
+      {"mesh_case_2/mesh_case_2_nrm.blck", "<Type>\\d+</Type>", "",
+       "base: bool Base::load_blocs(): Assertion `node' failed. fichier #, bloc 1 : "
+       "Blocks/Block/Type absent ou vide"},
+      {"climite.cfg", "dessus;", "dessus", "Erreur acquisition climite.cfg...."},
+  };
+  for (const Cas& r : rangees) {
+    const std::string avant = lire(c.cas() + r.fichier);
+    ASSERT_TRUE(c.changer(r.fichier, r.motif, r.texte));
+    std::string dit = r.dit;
+    if (const auto i = dit.find('#'); i != std::string::npos)
+      dit.replace(i, 1, c.cas() + r.fichier);
+    const Resultat fait =
+        topodata({"table", c.cas(), "nrm", "--bases", "mesh_case_2", "-o", vieux.string()});
+    EXPECT_EQ(fait.erreurs, "topodata : base mesh_case_2 non chargee : " + dit + "\n");
+    EXPECT_EQ(fait.sortie, "");
+    EXPECT_EQ(fait.statut, 2);
+    ecrire(c.cas() + r.fichier, avant);
+  }
+  EXPECT_EQ(lire(vieux), "vieux");
+  EXPECT_EQ(nb_fichiers_dans(c.dossier), 2);
+}
+
+TEST(Sortie, writes_all_or_nothing) {
+  const Collection c;
+  const auto t = c.dossier / "t.csv", p = c.dossier / "t_1.arff", lien = c.dossier / "lien";
+  ecrire(t, "vieux");
+  ecrire(p, "vieux");
+  fs::create_symlink("t.csv", lien);
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"table", c.cas(), "nrm", "-o", t.string()},
+        {"partage", c.cas(), "nrm", "--ratio", "0.5", "-o", (c.dossier / "t").string()},
+        {"covariance", c.cas(), "nrm", "-o", t.string()}}) {
+    const Resultat r = topodata(arguments, disque_plein);
+    EXPECT_EQ(r.statut, 2);
+    EXPECT_NE(r.erreurs.find("ecriture impossible (File too large)"), std::string::npos)
+        << r.erreurs;
+    EXPECT_EQ(lire(t) + lire(p), "vieuxvieux");
+    EXPECT_EQ(nb_fichiers_dans(c.dossier), 4) << "a temporary file is left";
+  }
+  // The new file has the old one's rights, and a link still leads to it.
+  chmod(t.c_str(), 0640);
+  EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
+  EXPECT_TRUE(fs::is_symlink(lien));
+  EXPECT_NE(lire(t).find("blocs_C"), std::string::npos);
+  EXPECT_EQ(fs::status(t).permissions(), fs::perms(0640));
+  EXPECT_EQ(nb_fichiers_dans(c.dossier), 4);
+}

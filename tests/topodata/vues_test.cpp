@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <regex>
+#include <sstream>
+
+#include "base/base.h"
+#include "base/charge.h"
+#include "programme.h"
+
+namespace {
+
+std::vector<std::vector<std::string>> cellules(const std::string& texte, char sep) {
+  std::vector<std::vector<std::string>> lignes;
+  std::istringstream flux(texte);
+  for (std::string l; std::getline(flux, l);) {
+    if (l.ends_with('\r')) l.pop_back();
+    auto& ligne = lignes.emplace_back();
+    std::istringstream champs(l);
+    for (std::string champ; std::getline(champs, champ, sep);) ligne.push_back(champ);
+  }
+  return lignes;
+}
+
+/// What the library's own listings write.
+template <class Action>
+std::string capter(Action action) {
+  testing::internal::CaptureStdout();
+  action();
+  return testing::internal::GetCapturedStdout();
+}
+
+}  // namespace
+
+TEST(Resume, says_each_attribute_and_each_base) {
+  const Collection c;
+  const Resultat r = topodata({"resume", c.cas(), "nrm", "--bases", "mesh_case_2", "--csv"});
+  const std::vector<std::string> lignes = [&] {
+    std::vector<std::string> v;
+    std::istringstream flux(r.sortie);
+    for (std::string l; std::getline(flux, l);) v.push_back(l);
+    return v;
+  }();
+  ASSERT_EQ(lignes.size(), 1U + 50U + 1U);
+  EXPECT_EQ(lignes[0],
+            "sorte,nom,type,min,max,moyenne,ecart_type,distincts,blocs,faces,edges,vertices,pieces,"
+            "blocs_C\r");
+  EXPECT_EQ(lignes[1], "attribut,base,string,,,,,1,,,,,,\r");
+  EXPECT_EQ(lignes[50], "attribut,Classe,\"{-1,1}\",,,,,1,,,,,,\r");
+
+  BaseBuffer t = c.table({"mesh_case_2"});
+  double min, max, moy, ecart;
+  ASSERT_TRUE(t.calc_min_max("erikson", min, max) && t.calc_moy("erikson", moy) &&
+              t.calc_std("erikson", ecart));
+  std::ostringstream attendu;
+  attendu << "attribut,erikson,numeric," << min << ',' << max << ',' << moy << ',' << ecart << ',';
+  EXPECT_TRUE(lignes[5].starts_with(attendu.str())) << lignes[5];
+
+  Base base("mesh_case_2", c.cas(), "nrm");
+  ASSERT_TRUE(charger(base).fait);
+  std::ostringstream comptes;
+  comptes << "base,mesh_case_2,,,,,,,8," << base.faces.size() << ',' << base.edges.size() << ','
+          << base.vrtxs.size() << ",2,";
+  EXPECT_TRUE(lignes[51].starts_with(comptes.str())) << lignes[51];
+
+  // The form for reading: columns under their names, "-" where there is no number.
+  const std::string lisible = topodata({"resume", c.cas(), "nrm", "--bases", "mesh_case_2"}).sortie;
+  EXPECT_TRUE(std::regex_search(lisible, std::regex("^8 exemples\n\nattribut +type +min .*\n"
+                                                    "base +string +- +- +- +- +1\n")));
+}
+
+TEST(Covariance, is_the_runs_matrix_with_names) {
+  const Collection c;
+  BaseBuffer t = c.table({"mesh_case_1", "mesh_case_2"});
+  t.normalize();
+  std::ostringstream matrice;
+  testing::internal::CaptureStderr();
+  t.mat_cov(matrice);
+  testing::internal::GetCapturedStderr();
+  const auto attendu = cellules(matrice.str(), '\t');
+  const Resultat r = topodata({"covariance", c.cas(), "nrm", "--bases", "mesh_case_1,mesh_case_2"});
+  const auto lu = cellules(r.sortie, ',');
+  ASSERT_EQ(lu.size(), 51U);
+  for (std::size_t a = 0; a < 50; ++a) {
+    EXPECT_EQ(lu[0][a + 1], t._attr[a].first);
+    EXPECT_EQ(lu[a + 1][0], t._attr[a].first);
+    EXPECT_EQ(std::vector(lu[a + 1].begin() + 1, lu[a + 1].end()), attendu[a]);
+  }
+}
+
+TEST(Covariance, draws_its_picture_or_says_what_is_missing) {
+  const Collection c;
+  const auto png = c.dossier / "m.png", svg = c.dossier / "m.svg";
+  const std::vector<std::string> arguments{"covariance", c.cas(), "nrm", "--image", png.string()};
+  const Resultat sans = topodata(arguments, [] { setenv("PATH", "/nulle/part", 1); });
+  EXPECT_EQ(sans.statut, 2);
+  EXPECT_TRUE(sans.erreurs.starts_with("topodata : gnuplot n'est pas installe")) << sans.erreurs;
+  EXPECT_FALSE(std::filesystem::exists(png));
+  if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
+  const Resultat r = topodata(arguments);
+  EXPECT_EQ(r.sortie + r.erreurs, "");
+  EXPECT_TRUE(lire(png).starts_with("\x89PNG"));
+  EXPECT_EQ(topodata({"covariance", c.cas(), "nrm", "--image", svg.string(), "--garde",
+                      "erikson,vol_exa"})
+                .statut,
+            0);
+  EXPECT_NE(lire(svg).find("vol_exa"), std::string::npos);
+}
+
+TEST(Voir, shows_the_listings_and_answers_from_the_queries) {
+  const Collection c;
+  Base base("mesh_case_4", c.cas(), "nrm");
+  ASSERT_TRUE(charger(base).fait);
+  const auto voir = [&](std::vector<std::string> options) {
+    options.insert(options.begin(), {"voir", c.cas(), "nrm", "mesh_case_4"});
+    return topodata(options).sortie;
+  };
+  EXPECT_EQ(voir({}), capter([&] { base.Print(false); }));
+  const char* sortes[]{"bloc", "face", "edge", "vertex", "avion", "piece", "raccord"};
+  for (int n = 1; n <= 7; ++n)
+    EXPECT_EQ(voir({"--sorte", sortes[n - 1]}), capter([&] { base.Print(n, false); }));
+  EXPECT_EQ(voir({"--element", "3"}), capter([&] { base.Print_elem(3); }));
+  EXPECT_EQ(voir({"--sorte", "face", "--element", "3"}), capter([&] { base.faces[3].Print(); }));
+  EXPECT_EQ(voir({"--sorte", "piece", "--element", "1"}),
+            capter([&] { base.pieces.begin()->second.Print(); }));
+
+  std::string voisins = voir({"--voisins", "1"});
+  EXPECT_TRUE(voisins.starts_with("Bloc 1 : " + std::to_string(base.vois_bloc(1).size()) +
+                                  " voisin(s)\n  i-min : face " +
+                                  std::to_string(base.blk_face(1, 0)) + " :"))
+      << voisins;
+  const std::string coins = voir({"--coins", "1"});
+  EXPECT_EQ(std::ranges::count(coins, '\n'), 9);
+  EXPECT_NE(
+      coins.find("  coin (1,0,1) : vertex " + std::to_string(base.blk_vrtx_ijk(1, 1, 0, 1)) + " ("),
+      std::string::npos)
+      << coins;
+}
