@@ -36,7 +36,10 @@ void essayer(std::string_view entree, Marche marche) {
   const std::string texte(entree);
   verifier_garde(texte);
   TiXmlDocument doc;
-  if (!analyser_xml(texte, doc)) return;
+  const bool lisible = analyser_xml(texte, doc);
+  TiXmlDocument suivi;
+  PROMET(analyser_xml(texte, suivi, true) == lisible);  // with the lines of nodes, as verifie reads
+  if (!lisible) return;
 
   Ecoute ecoute;
   Lecture premiere, seconde;
