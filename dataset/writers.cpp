@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <cstring>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -29,7 +28,7 @@ class Tampon {
       if (valeur.size() == 1)
         *p = valeur[0];  // most values are one digit
       else
-        std::memcpy(p, valeur.data(), valeur.size());
+        valeur.copy(p, valeur.size());
       p[valeur.size()] = sep;
       rempli_ += valeur.size() + 1;
       vide = false;

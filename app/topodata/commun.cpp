@@ -58,7 +58,7 @@ void controler(Cible& cible, bool bases_absentes) {
   if (cible.noms().empty()) throw Erreur("aucune base dans '" + cible.bases + "'");
   for (const std::string& nom : cible.noms())
     if (!bases_absentes && !std::filesystem::is_directory(cible.chemin + nom, erreur))
-      throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + cible.chemin + nom + ")");
+      throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + (cible.chemin + nom) + ")");
 }
 
 void charger_base(Base& base, Progres& progres) {

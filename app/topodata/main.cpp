@@ -60,7 +60,8 @@ int executer(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   assurer_flux_standards();
-  std::signal(SIGPIPE, SIG_DFL);  // a pager that is left early ends the listing without a word
+  // A pager that is left early ends the listing without a word.
+  static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
   try {
     return executer(argc, argv);
   } catch (const Erreur& e) {

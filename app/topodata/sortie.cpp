@@ -24,8 +24,8 @@ std::array<std::array<char, PATH_MAX>, 2> en_cours{};
 extern "C" void effacer_et_finir(int numero) {
   for (const auto& nom : en_cours)
     if (nom[0] != '\0') unlink(nom.data());
-  std::signal(numero, SIG_DFL);
-  std::raise(numero);
+  static_cast<void>(std::signal(numero, SIG_DFL));
+  static_cast<void>(std::raise(numero));
 }
 
 void inscrire(const std::string& nom) {
@@ -33,7 +33,8 @@ void inscrire(const std::string& nom) {
     if (place[0] != '\0' || nom.size() >= place.size()) continue;
     nom.copy(place.data(), nom.size());
     for (const int numero : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
-      if (std::signal(numero, effacer_et_finir) == SIG_IGN) std::signal(numero, SIG_IGN);
+      if (std::signal(numero, effacer_et_finir) == SIG_IGN)
+        static_cast<void>(std::signal(numero, SIG_IGN));
     return;
   }
 }
