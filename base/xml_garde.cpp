@@ -2,6 +2,7 @@
 
 #include <tinyxml.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <string_view>
@@ -80,16 +81,40 @@ class Tete {
     return i != std::string_view::npos;
   }
 
-  /// To the next `c` of a text, character by character.
+  /// To the next `c` of a text, character by character; a `c` within an entity is none.
   bool aller_a(char c) {
-    if (!utf8()) {
-      const void* la = std::memchr(p_, c, static_cast<std::size_t>(fin_ - p_));
-      p_ = la ? static_cast<const char*>(la) : fin_;
-    } else {
-      while (!au_bout() && *p_ != c) p_ += longueur_utf8(*p_);
-      if (p_ > fin_) p_ = fin_;
+    while (!au_bout() && *p_ != c) {
+      if (*p_ == '&') {
+        if (!entite()) return false;
+      } else if (utf8()) {
+        p_ = std::min(p_ + longueur_utf8(*p_), fin_);
+      } else {
+        p_ = prochain('&', prochain(c, fin_));
+      }
     }
     return !au_bout();
+  }
+
+  /// The next `c` before `fin`, or `fin`.
+  const char* prochain(char c, const char* fin) const {
+    const void* la = std::memchr(p_, c, static_cast<std::size_t>(fin - p_));
+    return la ? static_cast<const char*>(la) : fin;
+  }
+
+  /// Past a "&#...;", which the parser reads backwards from the next ";", be it in another element:
+  /// only the digits before it count, down to an "x" or "#", and all that stands before is lost.
+  /// Any other "&" is a character.
+  bool entite() {
+    ++p_;
+    if (!prendre("#")) return true;
+    const char* const mot = voit("x") ? "0123456789abcdefABCDEF" : "0123456789";
+    const char marque = voit("x") ? 'x' : '#';
+    const char* const fin = prochain(';', fin_);
+    if (fin == fin_) return false;
+    for (const char* chiffre = fin - 1; *chiffre != marque; --chiffre)
+      if (!std::strchr(mot, *chiffre)) return false;
+    p_ = fin + 1;
+    return true;
   }
 
   void sauter_blancs() {
