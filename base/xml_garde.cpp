@@ -2,7 +2,6 @@
 
 #include <tinyxml.h>
 
-#include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <string_view>
@@ -81,39 +80,46 @@ class Tete {
     return i != std::string_view::npos;
   }
 
-  /// To the next `c` of a text, character by character; a `c` within an entity is none.
+  /// To the next `c` of a text, character by character.
   bool aller_a(char c) {
+    if (!utf8() && sauter_sans_entite(c)) return !au_bout();
     while (!au_bout() && *p_ != c) {
       if (*p_ == '&') {
-        if (!entite()) return false;
-      } else if (utf8()) {
-        p_ = std::min(p_ + longueur_utf8(*p_), fin_);
+        if (!entite()) p_ = fin_;
       } else {
-        p_ = prochain('&', prochain(c, fin_));
+        p_ += utf8() ? longueur_utf8(*p_) : 1;
       }
     }
+    if (p_ > fin_) p_ = fin_;
     return !au_bout();
   }
 
-  /// The next `c` before `fin`, or `fin`.
-  const char* prochain(char c, const char* fin) const {
-    const void* la = std::memchr(p_, c, static_cast<std::size_t>(fin - p_));
-    return la ? static_cast<const char*>(la) : fin;
+  /// The ordinary case, fast: to the next `c`, or the end, unless there is an entity on the way.
+  bool sauter_sans_entite(char c) {
+    const void* const trouve = std::memchr(p_, c, static_cast<std::size_t>(fin_ - p_));
+    const char* const la = trouve ? static_cast<const char*>(trouve) : fin_;
+    if (std::memchr(p_, '&', static_cast<std::size_t>(la - p_))) return false;
+    p_ = la;
+    return true;
   }
 
-  /// Past a "&#...;", which the parser reads backwards from the next ";", be it in another element:
-  /// only the digits before it count, down to an "x" or "#", and all that stands before is lost.
-  /// Any other "&" is a character.
+  /// Past a numeric entity, "&#...;". The parser looks for its ";" however far, and reads the
+  /// digits from there backwards to the nearest "x" or "#": tags may lie in between, unseen. Other
+  /// entities hide nothing.
   bool entite() {
-    ++p_;
-    if (!prendre("#")) return true;
-    const char* const mot = voit("x") ? "0123456789abcdefABCDEF" : "0123456789";
-    const char marque = voit("x") ? 'x' : '#';
-    const char* const fin = prochain(';', fin_);
-    if (fin == fin_) return false;
-    for (const char* chiffre = fin - 1; *chiffre != marque; --chiffre)
-      if (!std::strchr(mot, *chiffre)) return false;
-    p_ = fin + 1;
+    const std::string_view reste(p_, static_cast<std::size_t>(fin_ - p_));
+    if (reste.size() < 3 || reste[1] != '#') {
+      ++p_;
+      return true;
+    }
+    const bool hexa = reste[2] == 'x';
+    const std::size_t fin = reste.find(';', hexa ? 3 : 2);
+    if (fin == std::string_view::npos) return false;
+    for (std::size_t i = fin - 1; reste[i] != (hexa ? 'x' : '#'); --i) {
+      const auto c = static_cast<unsigned char>(reste[i]);
+      if (hexa ? std::isxdigit(c) == 0 : std::isdigit(c) == 0) return false;
+    }
+    p_ += fin + 1;
     return true;
   }
 
