@@ -63,7 +63,17 @@ bool commence_par_lettre(std::string_view texte) {
   return i >= texte.size() || (texte[i] != '.' && (texte[i] < '0' || texte[i] > '9'));
 }
 
+bool lire_seul(std::string_view texte, double& valeur) {
+  return est_un_decimal(texte, valeur) ||
+         (!commence_par_lettre(texte) && est_un_nombre(texte, valeur));
+}
+
 }  // namespace
+
+bool est_un_reel(std::string_view texte) {
+  double valeur;
+  return lire_seul(texte, valeur);
+}
 
 template <class T>
 void FluxNombres::lire_flux(std::string_view texte, T& valeur) {
@@ -89,9 +99,7 @@ void FluxNombres::lire(std::string_view texte, int& valeur) {
 }
 
 void FluxNombres::lire(std::string_view texte, double& valeur) {
-  if (!reste_ && est_un_decimal(texte, valeur)) return;
-  if (reste_ || commence_par_lettre(texte) || !est_un_nombre(texte, valeur))
-    lire_flux(texte, valeur);
+  if (reste_ || !lire_seul(texte, valeur)) lire_flux(texte, valeur);
 }
 
 void ajouter_nombre(std::string& texte, double valeur) {

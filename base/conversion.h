@@ -53,6 +53,9 @@ class FluxNombres {
   std::unique_ptr<std::stringstream> flux_;  // made when a text first needs it
 };
 
+/// True when the text is wholly one real number, and so reads the same whatever came before it.
+bool est_un_reel(std::string_view texte);
+
 /// Number to text as a default-formatted stream writes it, appended to `texte`: six significant
 /// digits, the shorter of fixed and exponent notation, no trailing zeros.
 void ajouter_nombre(std::string& texte, double valeur);
