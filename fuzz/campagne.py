@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs the fuzz targets and tells what they did.
 
-campagne.py --build BUILD --make-cases PROGRAMME [--secondes 15] [--jobs 2] [--cibles a,b]
+campagne.py --build BUILD --make-cases PROGRAMME [--secondes 15] [--jobs 2] [--cibles a,b] [--graine 0]
 
 Seeds are cut from a collection that make_cases writes; the inputs that the fuzzer found worth
 keeping stay in BUILD/corpus and start the next run. A finding stays in BUILD/trouvailles: shrink it
@@ -95,8 +95,8 @@ def lancer(args, cible):
     dico = "xml.dict" if cible in FICHIERS or cible == "collection" else "texte.dict"
     commande = [str(trouver(args.build, f"fuzz_{cible}")), *map(str, dossiers),
                 f"-max_total_time={args.secondes}", f"-max_len={longueur}", f"-dict={ICI / dico}",
-                f"-artifact_prefix={trouvailles}/{cible}-", "-timeout=10", "-rss_limit_mb=2048",
-                "-print_final_stats=1"]
+                f"-artifact_prefix={trouvailles}/{cible}-", "-timeout=30", "-rss_limit_mb=2048",
+                "-print_final_stats=1", f"-seed={args.graine}"]
     fin = subprocess.run(commande, capture_output=True, errors="replace", check=False)
     (args.build / f"journal_{cible}.txt").write_text(fin.stderr)
     dernier = lambda motif: (re.findall(motif, fin.stderr) or ["?"])[-1]
@@ -110,6 +110,7 @@ def main():
     p.add_argument("--make-cases", required=True)
     p.add_argument("--secondes", type=int, default=15)
     p.add_argument("--jobs", type=int, default=2)
+    p.add_argument("--graine", type=int, default=0, help="0: another one each time")
     p.add_argument("--cibles", default=",".join(CIBLES))
     args = p.parse_args()
     ecrire_graines(args.build, args.make_cases)
