@@ -94,38 +94,37 @@ bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
 using Relever = void (*)(Lecteur&, const TiXmlNode&);
 
 struct Lu {
-  Fichier fichier;
   const char* suffixe;
   const char* racine;
   const char* sorte;
   Relever relever;
 };
 
+/// By Fichier.
 constexpr std::array<Lu, nb_fichiers> lectures{{
-    {fic_def, ".def", "definition_scene", "scene", relever_scene},
-    {fic_blck, ".blck", "Blocks", "bloc", relever_bloc},
-    {fic_face, ".face", "Faces", "face", relever_face},
-    {fic_edge, ".edge", "Edges", "edge", relever_edge},
-    {fic_vrtx, ".vrtx", "Vertices", "vertex", relever_vertex},
+    {".def", "definition_scene", "scene", relever_scene},
+    {".blck", "Blocks", "bloc", relever_bloc},
+    {".face", "Faces", "face", relever_face},
+    {".edge", "Edges", "edge", relever_edge},
+    {".vrtx", "Vertices", "vertex", relever_vertex},
 }};
 
-void lire(Releve& r, const Lu& l) {
-  TiXmlDocument doc;
-  if (!ouvrir(r, l.fichier, doc)) return;
+}  // namespace
+
+void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
+  const Lu& l = lectures[f];
   const TiXmlNode* racine = doc.FirstChild(l.racine);
   if (!racine) {
-    r.signaler(l.fichier, 1, "fichier", "", std::string("pas d'element ") + l.racine,
+    r.signaler(f, 1, "fichier", "", std::string("pas d'element ") + l.racine,
                "mettre le contenu dans cet element");
     return;
   }
-  r.lus[l.fichier] = true;
-  Lecteur lecteur(r, l.fichier, l.sorte);
-  if (l.fichier == fic_def) return l.relever(lecteur, *racine);
+  r.lus[f] = true;
+  Lecteur lecteur(r, f, l.sorte);
+  if (f == fic_def) return l.relever(lecteur, *racine);
   for (const TiXmlNode* n = racine->FirstChild(); n; n = n->NextSibling())
     if (lecteur.suivante(*n)) l.relever(lecteur, *n);
 }
-
-}  // namespace
 
 std::optional<int> entier_strict(const std::string& texte) {
   int v = 0;
@@ -158,10 +157,10 @@ Releve relever(const std::string& nom, const std::string& chemin, const std::str
   Releve r;
   r.base = Base(nom, chemin, mode);
   r.base.gen_nom_base();
-  for (const Lu& l : lectures) {
-    const std::string milieu = l.fichier == fic_def ? "" : "_" + mode;
-    r.noms[l.fichier] = r.base.nom_base + milieu + l.suffixe;
-    lire(r, l);
+  for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
+    const std::string milieu = f == fic_def ? "" : "_" + mode;
+    r.noms[f] = r.base.nom_base + milieu + lectures[f].suffixe;
+    if (TiXmlDocument doc; ouvrir(r, f, doc)) relever_document(r, f, doc);
   }
   return r;
 }

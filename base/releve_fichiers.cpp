@@ -114,16 +114,20 @@ void relever_topologie(Lecteur& l, const TiXmlNode* element, Piece& piece) {
 /// The piece, its place in the table taken or not.
 void relever_piece(Lecteur& l, const TiXmlNode& n, std::vector<std::string>& noms) {
   Piece piece;
-  if (const std::string* nom = l.texte(l.enfant(&n, "nom"))) {
-    piece._nom(*nom);
-    noms.push_back(*nom);
-    l.nommer(*nom);
+  const TiXmlNode* nom = l.enfant(&n, "nom");
+  if (const std::string* t = l.texte(nom)) {
+    piece._nom(*t);
+    noms.push_back(*t);
+    l.nommer(*t);
   }
-  const std::string* famille = l.texte(l.enfant(&n, "family"));
-  relever_topologie(l, l.enfant(&n, "topologie"), piece);
+  const TiXmlNode* fam = l.enfant(&n, "family");
+  const std::string* famille = l.texte(fam);
+  const TiXmlNode* topologie = l.enfant(&n, "topologie");
+  relever_topologie(l, topologie, piece);
+  // Without a "special" the list is all of the piece's children; the three above have been read.
   const TiXmlNode* ouvre = n.FirstChild("special");
-  for (const TiXmlNode* s = ouvre ? ouvre->NextSibling() : nullptr; s; s = s->NextSibling())
-    l.texte(s);
+  for (const TiXmlNode* s = ouvre ? ouvre->NextSibling() : n.FirstChild(); s; s = s->NextSibling())
+    if (s != nom && s != fam && s != topologie) l.texte(s);
   if (!famille) return;
   piece._fam_BC(*famille);
   const auto [place, nouvelle] = l.r.base.pieces.try_emplace(*famille, piece);

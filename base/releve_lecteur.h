@@ -78,6 +78,11 @@ class Lecteur {
   std::string numero_;
 };
 
+/// Reads a document that was parsed with its lines, as the one of file `f`.
+void relever_document(Releve& releve, Fichier f, const TiXmlDocument& doc);
+
+// What each of the files holds, from its top element for the scene, entity by entity for the
+// others.
 void relever_scene(Lecteur& l, const TiXmlNode& scene);
 void relever_bloc(Lecteur& l, const TiXmlNode& n);
 void relever_face(Lecteur& l, const TiXmlNode& n);

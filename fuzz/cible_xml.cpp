@@ -1,5 +1,6 @@
 #include <string>
 
+#include "base/releve_lecteur.h"
 #include "base/xml_walk.h"
 #include "dataset/basebuffer.h"
 #include "fuzz/cibles.h"
@@ -32,7 +33,19 @@ void exploiter(Base& base) {
   base.Print(false);
 }
 
-void essayer(std::string_view entree, Marche marche) {
+/// What the strict reading has no error about, the run reads, and reads alike.
+void comparer_releve(const Lecture& l, const TiXmlDocument& suivi, Fichier f) {
+  Releve releve;
+  relever_document(releve, f, suivi);
+  for (const Constat& c : releve.constats) {
+    PROMET(c.ligne >= 1 && !c.quoi.empty() && !c.remede.empty());
+    if (c.gravite == Gravite::erreur) return;
+  }
+  PROMET(l.finie && l.reussie);
+  verifier_releve(releve, f, l.base);
+}
+
+void essayer(std::string_view entree, Marche marche, Fichier f) {
   const std::string texte(entree);
   verifier_garde(texte);
   TiXmlDocument doc;
@@ -50,6 +63,7 @@ void essayer(std::string_view entree, Marche marche) {
   PROMET(dit == ecoute.sortie() + ecoute.erreur());
   PROMET(premiere.finie == seconde.finie && premiere.reussie == seconde.reussie);
   PROMET(image(premiere.base) == image(seconde.base));
+  comparer_releve(premiere, suivi, f);
   if (!premiere.finie) return;
 
   // Read over what is there: entries are replaced, only junctions are listed again.
@@ -66,21 +80,21 @@ bool walk_def(Base& base, const TiXmlDocument& doc, const std::string& fichier) 
 }  // namespace
 
 void cible_bloc(std::string_view entree) {
-  essayer(entree, walk_blocs);
+  essayer(entree, walk_blocs, fic_blck);
 }
 
 void cible_face(std::string_view entree) {
-  essayer(entree, walk_faces);
+  essayer(entree, walk_faces, fic_face);
 }
 
 void cible_edge(std::string_view entree) {
-  essayer(entree, walk_edges);
+  essayer(entree, walk_edges, fic_edge);
 }
 
 void cible_vertex(std::string_view entree) {
-  essayer(entree, walk_vrtxs);
+  essayer(entree, walk_vrtxs, fic_vrtx);
 }
 
 void cible_scene(std::string_view entree) {
-  essayer(entree, walk_def);
+  essayer(entree, walk_def, fic_def);
 }

@@ -72,6 +72,15 @@ void ajouter(Image& im, const Piece& p) {
   for (int i = 0; i < p.nb_spe(); ++i) im << p._spe(i);
 }
 
+template <class Entite>
+void ajouter(Image& im, const std::map<int, Entite>& table) {
+  im << table.size();
+  for (const auto& [ident, entite] : table) {
+    im << ident;
+    ajouter(im, entite);
+  }
+}
+
 struct Mesure {
   int niveaux = 0;
   int attributs = 0;
@@ -127,20 +136,44 @@ std::string image(const Base& base) {
   const Avion& a = base.avion;
   im << a._name() << a._family() << a._fuse_length() << a._fuse_width() << a._height();
   im << a._wing_span() << a._corde() << a._wing_area() << a._sweep() << a._nb_engine();
-  const auto table = [&](const auto& elements) {
-    im << elements.size();
-    for (const auto& [cle, element] : elements) {
-      im << cle;
-      ajouter(im, element);
-    }
-  };
-  table(base.blocs);
-  table(base.faces);
-  table(base.edges);
-  table(base.vrtxs);
-  table(base.pieces);
+  ajouter(im, base.blocs);
+  ajouter(im, base.faces);
+  ajouter(im, base.edges);
+  ajouter(im, base.vrtxs);
+  for (const auto& [famille, piece] : base.pieces) {
+    im << famille;
+    ajouter(im, piece);
+  }
   for (const Raccord& r : base.raccords) im << r._pc1() << r._pc2() << r._type();
   return im.octets;
+}
+
+void verifier_releve(const Releve& releve, Fichier f, const Base& base) {
+  const auto memes = [](const auto& strictes, const auto& lues) {
+    Image a, b;
+    ajouter(a, strictes);
+    ajouter(b, lues);
+    PROMET(a.octets == b.octets);
+  };
+  const auto cle = [](const auto& entree) -> const auto& {
+    return entree.first;
+  };
+  switch (f) {
+    case fic_blck:
+      return memes(releve.base.blocs, base.blocs);
+    case fic_face:
+      return memes(releve.base.faces, base.faces);
+    case fic_edge:
+      return memes(releve.base.edges, base.edges);
+    case fic_vrtx:  // without their coordinates, which nothing checks
+      PROMET(std::ranges::equal(releve.base.vrtxs, base.vrtxs, {}, cle, cle));
+      return;
+    default:
+      PROMET(std::ranges::equal(releve.base.pieces, base.pieces, [](const auto& a, const auto& b) {
+        return a.first == b.first && a.second._nom() == b.second._nom() &&
+               a.second._topology() == b.second._topology();
+      }));
+  }
 }
 
 void verifier_garde(std::string texte) {

@@ -25,7 +25,7 @@ void disque_plein() {
 
 }  // namespace
 
-TEST(Sortie, says_in_one_line_what_cannot_be_done) {
+TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
   const Collection c;
   const std::string cas = c.cas(), d = c.dossier.string();
   struct Cas {
@@ -59,7 +59,7 @@ TEST(Sortie, says_in_one_line_what_cannot_be_done) {
   }
 }
 
-TEST(Sortie, leaves_usage_to_the_parser_and_helps) {
+TEST(Sortie, LeavesUsageToTheParserAndHelps) {
   for (const std::vector<std::string>& faux :
        {std::vector<std::string>{},
         {"tabel"},
@@ -83,7 +83,7 @@ TEST(Sortie, leaves_usage_to_the_parser_and_helps) {
   EXPECT_TRUE(topodata({"--version"}).sortie.starts_with("topodata "));
 }
 
-TEST(Sortie, a_base_that_does_not_load_ends_with_the_readers_words) {
+TEST(Sortie, ABaseThatDoesNotLoadEndsWithTheReadersWords) {
   const Collection c;
   const auto vieux = c.dossier / "t.arff";
   ecrire(vieux, "vieux");
@@ -117,7 +117,7 @@ TEST(Sortie, a_base_that_does_not_load_ends_with_the_readers_words) {
   EXPECT_EQ(nb_fichiers_dans(c.dossier), 2);
 }
 
-TEST(Sortie, writes_all_or_nothing) {
+TEST(Sortie, WritesAllOrNothing) {
   const Collection c;
   const auto t = c.dossier / "t.csv", p = c.dossier / "t_1.arff", lien = c.dossier / "lien";
   ecrire(t, "vieux");

@@ -40,7 +40,7 @@ std::string ligne(const std::string& texte, std::size_t n) {
 
 }  // namespace
 
-TEST(Csv, quotes_what_needs_it_and_follows_the_flags) {
+TEST(Csv, QuotesWhatNeedsItAndFollowsTheFlags) {
   BaseBuffer t;
   t.clear();
   for (const char* nom : {"a", "b,c", "cache", "d"}) t.add_attr(nom, "string");
@@ -55,7 +55,7 @@ TEST(Csv, quotes_what_needs_it_and_follows_the_flags) {
             "court,,\r\n");
 }
 
-TEST(Table, is_the_librarys_in_each_form) {
+TEST(Table, IsTheLibrarysInEachForm) {
   const Collection c;
   BaseBuffer t = c.table(deux_bases);
   ASSERT_EQ(t.nb_expl(), 16);
@@ -75,7 +75,7 @@ TEST(Table, is_the_librarys_in_each_form) {
   EXPECT_EQ(std::ranges::count(huit.sortie, '\n'), 1 + 8 * 8);
 }
 
-TEST(Table, normalises_before_it_shuffles) {
+TEST(Table, NormalisesBeforeItShuffles) {
   const Collection c;
   BaseBuffer t = c.table(deux_bases);
   t.normalize();
@@ -88,7 +88,7 @@ TEST(Table, normalises_before_it_shuffles) {
   EXPECT_EQ(lire(fichier), weka(t));
 }
 
-TEST(Table, shows_the_chosen_attributes) {
+TEST(Table, ShowsTheChosenAttributes) {
   const Collection c;
   // The class ends every row of the first two forms: it is declared even when it is not asked for.
   const std::string arff =
@@ -111,7 +111,7 @@ TEST(Table, shows_the_chosen_attributes) {
   EXPECT_TRUE(ligne(moins, 0).ends_with(",Num_Base\r"));
 }
 
-TEST(Partage, makes_the_parts_of_sep_buffer) {
+TEST(Partage, MakesThePartsOfSepBuffer) {
   const Collection c;
   for (const bool melange : {true, false}) {
     BaseBuffer t = c.table(deux_bases), premiere, seconde;
@@ -130,7 +130,7 @@ TEST(Partage, makes_the_parts_of_sep_buffer) {
   }
 }
 
-TEST(Faux, makes_the_rows_of_each_builder) {
+TEST(Faux, MakesTheRowsOfEachBuilder) {
   const Collection c;
   struct Cas {
     const char* methode;

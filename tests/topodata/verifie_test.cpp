@@ -111,6 +111,7 @@ const Mutation mutations[]{
      avertissement},
     {def, "<family>paroi_aile<", "<family>paroi_dome<",
      "16: piece aile: famille 'paroi_dome' d'une piece en C qu'aucun bloc ne voit", avertissement},
+    {def, "<special>[^\n]*</piece>", "<note/></piece>", "16: piece aile: note sans texte", erreur},
     {def, "<topologie>C<", "<topologie>X<", "16: piece aile: topologie inconnue : 'X'", erreur},
     {def, "<family>paroi_carlingue<", "<family>paroi_aile<",
      "17: piece carlingue: famille 'paroi_aile' deja prise ligne 16, cette piece est ignoree",
@@ -137,7 +138,7 @@ const Mutation mutations[]{
 
 }  // namespace
 
-TEST(Verifie, finds_nothing_in_clean_cases) {
+TEST(Verifie, FindsNothingInCleanCases) {
   const Collection c;
   for (const char* mode : {"ext", "nrm", "min"}) {
     const Resultat r = topodata({"verifie", c.cas(), mode});
@@ -146,7 +147,7 @@ TEST(Verifie, finds_nothing_in_clean_cases) {
   }
 }
 
-TEST(Verifie, says_each_fault_where_it_is) {
+TEST(Verifie, SaysEachFaultWhereItIs) {
   const Collection c;
   for (const Mutation& m : mutations) {
     const std::string avant = lire(c.cas() + m.fichier);
@@ -163,7 +164,7 @@ TEST(Verifie, says_each_fault_where_it_is) {
   }
 }
 
-TEST(Verifie, sorts_by_base_file_and_line_and_counts) {
+TEST(Verifie, SortsByBaseFileAndLineAndCounts) {
   const Collection c;
   ASSERT_TRUE(c.changer("mesh_case_3/mesh_case_3_nrm.vrtx", "<Z>[^<]*<", "<Z><"));
   ASSERT_TRUE(c.changer(vrtx, "<Ident>1<", "<Ident>x<"));
@@ -189,7 +190,7 @@ TEST(Verifie, sorts_by_base_file_and_line_and_counts) {
   EXPECT_TRUE(r.erreurs.ends_with(", 1 avertissement(s)\n")) << r.erreurs;
 }
 
-TEST(Verifie, reads_numbers_as_strictly_as_it_says) {
+TEST(Verifie, ReadsNumbersAsStrictlyAsItSays) {
   for (const char* texte : {"12", " 12 ", "+12", "0012"}) EXPECT_EQ(entier_strict(texte), 12);
   for (const char* texte : {"", " ", "1 2", "12a", "1.0", "0x10", "--1", "+-1", "99999999999"})
     EXPECT_FALSE(entier_strict(texte)) << texte;

@@ -33,7 +33,7 @@ std::string capter(Action action) {
 
 }  // namespace
 
-TEST(Resume, says_each_attribute_and_each_base) {
+TEST(Resume, SaysEachAttributeAndEachBase) {
   const Collection c;
   const Resultat r = topodata({"resume", c.cas(), "nrm", "--bases", "mesh_case_2", "--csv"});
   const std::vector<std::string> lignes = [&] {
@@ -70,7 +70,7 @@ TEST(Resume, says_each_attribute_and_each_base) {
                                                     "base +string +- +- +- +- +1\n")));
 }
 
-TEST(Covariance, is_the_runs_matrix_with_names) {
+TEST(Covariance, IsTheRunsMatrixWithNames) {
   const Collection c;
   BaseBuffer t = c.table({"mesh_case_1", "mesh_case_2"});
   t.normalize();
@@ -89,7 +89,7 @@ TEST(Covariance, is_the_runs_matrix_with_names) {
   }
 }
 
-TEST(Covariance, draws_its_picture_or_says_what_is_missing) {
+TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   const Collection c;
   const auto png = c.dossier / "m.png", svg = c.dossier / "m.svg";
   const std::vector<std::string> arguments{"covariance", c.cas(), "nrm", "--image", png.string()};
@@ -108,7 +108,7 @@ TEST(Covariance, draws_its_picture_or_says_what_is_missing) {
   EXPECT_NE(lire(svg).find("vol_exa"), std::string::npos);
 }
 
-TEST(Voir, shows_the_listings_and_answers_from_the_queries) {
+TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
   const Collection c;
   Base base("mesh_case_4", c.cas(), "nrm");
   ASSERT_TRUE(charger(base).fait);
