@@ -30,35 +30,22 @@ std::errc convertir(std::string_view texte, T& valeur) {
   return erreur == std::errc{} && arret != fin ? std::errc::invalid_argument : erreur;
 }
 
-/// Why the parser refuses a document, by its error number.
+/// Why the parser refuses a document, by its error number. The others it keeps to itself: they come
+/// after one of these, and the first error counts.
 const char* raison(int numero) {
   switch (numero) {
-    case TiXmlBase::TIXML_ERROR_PARSING_ELEMENT:
-      return "element mal forme";
     case TiXmlBase::TIXML_ERROR_FAILED_TO_READ_ELEMENT_NAME:
       return "nom d'element illisible";
     case TiXmlBase::TIXML_ERROR_READING_ELEMENT_VALUE:
-      return "contenu d'element illisible";
+      return "contenu d'element sans fin";
     case TiXmlBase::TIXML_ERROR_READING_ATTRIBUTES:
       return "attributs mal formes";
     case TiXmlBase::TIXML_ERROR_PARSING_EMPTY:
       return "balise vide mal formee";
     case TiXmlBase::TIXML_ERROR_READING_END_TAG:
       return "balise de fin absente ou autre que celle du debut";
-    case TiXmlBase::TIXML_ERROR_PARSING_UNKNOWN:
-      return "balise inconnue mal formee";
-    case TiXmlBase::TIXML_ERROR_PARSING_COMMENT:
-      return "commentaire sans fin";
-    case TiXmlBase::TIXML_ERROR_PARSING_DECLARATION:
-      return "declaration mal formee";
     case TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY:
       return "document vide";
-    case TiXmlBase::TIXML_ERROR_EMBEDDED_NULL:
-      return "octet nul dans le texte";
-    case TiXmlBase::TIXML_ERROR_PARSING_CDATA:
-      return "section CDATA sans fin";
-    case TiXmlBase::TIXML_ERROR_DOCUMENT_TOP_ONLY:
-      return "element mal place";
     default:
       return "document mal forme";
   }

@@ -4,6 +4,7 @@
 
 #include "base/fichier.h"
 #include "base/releve.h"
+#include "base/releve_lecteur.h"
 
 namespace {
 
@@ -62,6 +63,8 @@ class Config {
     const auto trouve = std::ranges::find(colonnes_, nom);
     if (trouve == colonnes_.end())
       signaler(std::string("pas de colonne ") + nom, "l'ajouter, sans blanc avant son ';'");
+    else if (std::find(trouve + 1, colonnes_.end(), nom) != colonnes_.end())
+      signaler(std::string("colonne ") + nom + " donnee deux fois", "n'en garder qu'une");
     return static_cast<std::size_t>(trouve - colonnes_.begin());
   }
 
@@ -113,6 +116,10 @@ class Config {
 
 }  // namespace
 
+void relever_texte(ReleveConfig& r, std::string_view texte) {
+  Config(r).lire(texte);
+}
+
 ReleveConfig relever_config(const std::string& chemin) {
   ReleveConfig r;
   r.nom = chemin + "climite.cfg";
@@ -127,7 +134,7 @@ ReleveConfig relever_config(const std::string& chemin) {
                             "mettre un fichier texte a sa place", Gravite::erreur});
       break;
     case Lecture::faite:
-      Config(r).lire(texte);
+      relever_texte(r, texte);
       break;
   }
   return r;

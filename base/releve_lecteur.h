@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "base/releve.h"
 
@@ -80,6 +81,9 @@ class Lecteur {
 
 /// Reads a document that was parsed with its lines, as the one of file `f`.
 void relever_document(Releve& releve, Fichier f, const TiXmlDocument& doc);
+
+/// Reads the text of a climite.cfg.
+void relever_texte(ReleveConfig& releve, std::string_view texte);
 
 // What each of the files holds, from its top element for the scene, entity by entity for the
 // others.

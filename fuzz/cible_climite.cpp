@@ -6,6 +6,7 @@
 
 #include "base/base.h"
 #include "base/clcfg.h"
+#include "base/releve_lecteur.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
 
@@ -58,6 +59,23 @@ struct ModeleClimite {
   }
 };
 
+/// What the strict reading has no error about, the run reads, and reads alike.
+void comparer_releve(std::string_view entree, Fin fin) {
+  ReleveConfig releve;
+  relever_texte(releve, entree);
+  for (const Constat& c : releve.constats)
+    if (c.gravite == Gravite::erreur) return;
+  PROMET(fin == Fin::lue);
+  const Base base;
+  for (const auto& [code, ligne] : releve.codes) {
+    PROMET(base._CL(code, "Family") == ligne.famille);
+    PROMET(base.DAM2BCCODE({code}) == std::vector<int>{ligne.bccode.value()});
+  }
+  // An empty line before any other gives code 0, with nothing.
+  for (const auto& [code, rangee] : Base::list_CLim)
+    PROMET(releve.codes.contains(code) || (code == 0 && base._CL(0, "Damas code").empty()));
+}
+
 }  // namespace
 
 void cible_climite(std::string_view entree) {
@@ -75,6 +93,7 @@ void cible_climite(std::string_view entree) {
   PROMET(modele.lire(entree) == fin);
   PROMET(modele.colonnes == Base::list_attr);
   PROMET(modele.table == Base::list_CLim);
+  comparer_releve(entree, fin);
   if (fin != Fin::lue) return;
 
   const Base base;

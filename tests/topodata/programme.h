@@ -6,16 +6,14 @@
 #include <vector>
 
 #include "dataset/basebuffer.h"
+#include "tests/support/dossier.h"
+#include "tests/support/execution.h"
 
-/// What the program did with a command line.
-struct Resultat {
-  int statut = -1;  ///< exit status, or minus the signal that ended it
-  std::string sortie, erreurs;
-};
-
-/// Runs topodata; `avant` prepares the child just before.
+/// Runs topodata; `preparer` is called in the new process.
 Resultat topodata(
-    const std::vector<std::string>& arguments, const std::function<void()>& avant = [] {});
+    const std::vector<std::string>& arguments, const std::function<void()>& preparer = [] {});
+/// The same, on a disk that takes no file of more than a kilobyte, as far as it can tell.
+Resultat topodata_disque_plein(std::vector<std::string> arguments);
 
 std::string lire(const std::filesystem::path& fichier);
 void ecrire(const std::filesystem::path& fichier, const std::string& texte);
@@ -24,9 +22,6 @@ void ecrire(const std::filesystem::path& fichier, const std::string& texte);
 class Collection {
  public:
   Collection();
-  ~Collection();
-  Collection(const Collection&) = delete;
-  Collection& operator=(const Collection&) = delete;
 
   std::string cas() const { return dossier / "cas/"; }
   /// Replaces the first match of a regular expression in a file of the collection; false without
@@ -36,5 +31,9 @@ class Collection {
   /// The table of these bases, made by the library.
   BaseBuffer table(const std::vector<std::string>& bases) const;
 
-  std::filesystem::path dossier;
+ private:
+  Dossier temporaire_;
+
+ public:
+  const std::filesystem::path dossier{temporaire_.chemin()};
 };

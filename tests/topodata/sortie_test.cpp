@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <csignal>
 #include <iterator>
 
 #include "programme.h"
@@ -14,13 +12,6 @@ namespace {
 
 std::ptrdiff_t nb_fichiers_dans(const fs::path& dossier) {
   return std::distance(fs::directory_iterator(dossier), {});
-}
-
-/// A disk with room for a kilobyte more, as far as the program can tell.
-void disque_plein() {
-  const rlimit limite{1024, 1024};
-  setrlimit(RLIMIT_FSIZE, &limite);
-  std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace
@@ -53,7 +44,7 @@ TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
   };
   for (const Cas& r : rangees) {
     const Resultat fait = topodata(r.arguments);
-    EXPECT_EQ(fait.erreurs, "topodata : " + r.erreurs + "\n");
+    EXPECT_EQ(fait.erreur, "topodata : " + r.erreurs + "\n");
     EXPECT_EQ(fait.sortie, "");
     EXPECT_EQ(fait.statut, 2);
   }
@@ -70,7 +61,7 @@ TEST(Sortie, LeavesUsageToTheParserAndHelps) {
     const Resultat r = topodata(faux);
     EXPECT_GT(r.statut, 2);
     EXPECT_EQ(r.sortie, "");
-    EXPECT_NE(r.erreurs, "");
+    EXPECT_NE(r.erreur, "");
   }
   for (const char* commande :
        {"table", "partage", "faux", "resume", "covariance", "voir", "verifie"}) {
@@ -108,7 +99,7 @@ TEST(Sortie, ABaseThatDoesNotLoadEndsWithTheReadersWords) {
       dit.replace(i, 1, c.cas() + r.fichier);
     const Resultat fait =
         topodata({"table", c.cas(), "nrm", "--bases", "mesh_case_2", "-o", vieux.string()});
-    EXPECT_EQ(fait.erreurs, "topodata : base mesh_case_2 non chargee : " + dit + "\n");
+    EXPECT_EQ(fait.erreur, "topodata : base mesh_case_2 non chargee : " + dit + "\n");
     EXPECT_EQ(fait.sortie, "");
     EXPECT_EQ(fait.statut, 2);
     ecrire(c.cas() + r.fichier, avant);
@@ -127,10 +118,9 @@ TEST(Sortie, WritesAllOrNothing) {
        {std::vector<std::string>{"table", c.cas(), "nrm", "-o", t.string()},
         {"partage", c.cas(), "nrm", "--ratio", "0.5", "-o", (c.dossier / "t").string()},
         {"covariance", c.cas(), "nrm", "-o", t.string()}}) {
-    const Resultat r = topodata(arguments, disque_plein);
+    const Resultat r = topodata_disque_plein(arguments);
     EXPECT_EQ(r.statut, 2);
-    EXPECT_NE(r.erreurs.find("ecriture impossible (File too large)"), std::string::npos)
-        << r.erreurs;
+    EXPECT_NE(r.erreur.find("ecriture impossible (File too large)"), std::string::npos) << r.erreur;
     EXPECT_EQ(lire(t) + lire(p), "vieuxvieux");
     EXPECT_EQ(nb_fichiers_dans(c.dossier), 4) << "a temporary file is left";
   }

@@ -66,7 +66,7 @@ TEST(Table, IsTheLibrarysInEachForm) {
   ecrire_csv(csv, t);
   const Resultat r = sur_deux_bases(c, {"table", "--format", "csv"});
   EXPECT_EQ(r.sortie, csv.str());
-  EXPECT_EQ(r.erreurs, "");
+  EXPECT_EQ(r.erreur, "");
   EXPECT_EQ(r.statut, 0);
   EXPECT_EQ(std::ranges::count(ligne(r.sortie, 0), ','), nb_colonnes - 1);
 
@@ -84,7 +84,7 @@ TEST(Table, NormalisesBeforeItShuffles) {
   const auto fichier = c.dossier / "t.arff";
   const Resultat r =
       sur_deux_bases(c, {"table", "--normalise", "--melange", "7", "-o", fichier.string()});
-  EXPECT_EQ(r.sortie + r.erreurs, "");
+  EXPECT_EQ(r.sortie + r.erreur, "");
   EXPECT_EQ(lire(fichier), weka(t));
 }
 
@@ -160,7 +160,7 @@ TEST(Faux, MakesTheRowsOfEachBuilder) {
         weka(t));
   }
   const Resultat r = sur_deux_bases(c, {"faux", "--methode", "permute", "--nombre", "99"});
-  EXPECT_EQ(r.erreurs,
+  EXPECT_EQ(r.erreur,
             "topodata : 16 exemples synthetiques au lieu de 99 : cette methode n'en fait pas plus "
             "qu'il n'y a d'exemples reels\n");
 }

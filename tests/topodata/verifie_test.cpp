@@ -11,12 +11,18 @@ namespace {
 /// One fault in a clean case, and the line that says it; a fault that has consequences elsewhere
 /// says how many lines there are in all.
 struct Mutation {
-  const char *fichier, *motif, *texte;
-  std::string dit;  // from the line number to the remedy
+  const char *fichier, *motif;
+  std::string texte, dit;  // from the line number to the remedy
   Gravite gravite;
   std::ptrdiff_t nb = 1;
   const char* ou = fichier;  // where it is said
 };
+
+std::string attributs(int n) {
+  std::string texte;
+  for (int i = 0; i < n; ++i) texte += " a" + std::to_string(i) + "=\"\"";
+  return texte;
+}
 
 constexpr char cfg[] = "climite.cfg", def[] = "mesh_case_2/mesh_case_2.def",
                blck[] = "mesh_case_2/mesh_case_2_nrm.blck",
@@ -37,6 +43,17 @@ const Mutation mutations[]{
      erreur},
     {vrtx, "<Vertices>([^]*)</Vertices>", "<Sommets>$1</Sommets>",
      "1: fichier: pas d'element Vertices", erreur},
+    {blck, "^[^]*$", "text", "1: fichier: XML illisible, document vide, colonne 1", erreur},
+    {blck, "<Block>", "<!-- ", "1: fichier: XML illisible, contenu d'element sans fin, colonne 1",
+     erreur},
+    {blck, "<Block>", "<Block/ >", "3: fichier: XML illisible, balise vide mal formee, colonne 8",
+     erreur},
+    {blck, "^[^]*$", "<Blocks", "1: fichier: XML illisible, nom d'element illisible, colonne 2",
+     erreur},
+    {blck, "^[^]*$", "<Blocks a", "1: fichier: XML illisible, attributs mal formes, colonne 9",
+     erreur},
+    {blck, "<Block>", "<Block" + attributs(1001) + ">",
+     "1: fichier: imbrication ou nombre d'attributs au-dela de 1000", erreur},
     {def, "</reference_avion>", "",
      "22: fichier: XML illisible, balise de fin absente ou autre que celle du debut, colonne 1",
      erreur},
@@ -133,6 +150,9 @@ const Mutation mutations[]{
      avertissement},
     {cfg, "\n101;1;", "\n101;un;", "2: code 101: BCCODE n'est pas un entier : 'un'", erreur},
     {cfg, "\n101;1;", "\n101a;1;", "2: code 101a: Damas code n'est pas un entier", erreur},
+    {cfg, "BCCODE;", "BCCODE;BCCODE;", "1: entete: colonne BCCODE donnee deux fois", erreur, 42},
+    {cfg, "\n102;", "\n\n102;", "3: code: ligne vide", avertissement},
+    {cfg, "^[^]*$", "", "1: fichier: vide", erreur},
     {cfg, "BCCODE;", "BCCODE ;", "1: entete: pas de colonne BCCODE", erreur},
 };
 
@@ -142,7 +162,7 @@ TEST(Verifie, FindsNothingInCleanCases) {
   const Collection c;
   for (const char* mode : {"ext", "nrm", "min"}) {
     const Resultat r = topodata({"verifie", c.cas(), mode});
-    EXPECT_EQ(r.sortie + r.erreurs, "");
+    EXPECT_EQ(r.sortie + r.erreur, "");
     EXPECT_EQ(r.statut, 0);
   }
 }
@@ -161,6 +181,18 @@ TEST(Verifie, SaysEachFaultWhereItIs) {
     EXPECT_EQ(std::ranges::count(r.sortie, '\n'), m.nb) << r.sortie;
     EXPECT_EQ(r.statut, r.sortie.find("[erreur]") == std::string::npos ? 1 : 2);
     ecrire(c.cas() + m.fichier, avant);
+  }
+}
+
+TEST(Verifie, SaysFilesThatAreNone) {
+  const Collection c;
+  for (const char* fichier : {cfg, blck}) {
+    const auto dit = [&] { return topodata({"verifie", c.cas(), "nrm"}).sortie; };
+    const std::string debut = c.cas() + fichier + ":1: fichier: ";
+    std::filesystem::remove(c.cas() + fichier);
+    EXPECT_NE(dit().find(debut + "absent"), std::string::npos) << fichier;
+    std::filesystem::create_directory(c.cas() + fichier);
+    EXPECT_NE(dit().find(debut + "n'est pas un fichier lisible"), std::string::npos) << fichier;
   }
 }
 
@@ -187,7 +219,7 @@ TEST(Verifie, SortsByBaseFileAndLineAndCounts) {
     EXPECT_NE(suivante, std::string::npos) << dit << " out of order in\n" << r.sortie;
     place = std::max(place, std::min(suivante, r.sortie.size()));
   }
-  EXPECT_TRUE(r.erreurs.ends_with(", 1 avertissement(s)\n")) << r.erreurs;
+  EXPECT_TRUE(r.erreur.ends_with(", 1 avertissement(s)\n")) << r.erreur;
 }
 
 TEST(Verifie, ReadsNumbersAsStrictlyAsItSays) {

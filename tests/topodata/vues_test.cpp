@@ -95,11 +95,11 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   const std::vector<std::string> arguments{"covariance", c.cas(), "nrm", "--image", png.string()};
   const Resultat sans = topodata(arguments, [] { setenv("PATH", "/nulle/part", 1); });
   EXPECT_EQ(sans.statut, 2);
-  EXPECT_TRUE(sans.erreurs.starts_with("topodata : gnuplot n'est pas installe")) << sans.erreurs;
+  EXPECT_TRUE(sans.erreur.starts_with("topodata : gnuplot n'est pas installe")) << sans.erreur;
   EXPECT_FALSE(std::filesystem::exists(png));
   if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
   const Resultat r = topodata(arguments);
-  EXPECT_EQ(r.sortie + r.erreurs, "");
+  EXPECT_EQ(r.sortie + r.erreur, "");
   EXPECT_TRUE(lire(png).starts_with("\x89PNG"));
   EXPECT_EQ(topodata({"covariance", c.cas(), "nrm", "--image", svg.string(), "--garde",
                       "erikson,vol_exa"})
