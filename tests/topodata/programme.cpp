@@ -18,11 +18,10 @@ Resultat topodata(const std::vector<std::string>& arguments,
 
 Resultat topodata_disque_plein(std::vector<std::string> arguments) {
   // By a shell, and without the counters of a coverage build: those would be cut too.
-  arguments.insert(arguments.begin(), {"-c", "ulimit -f 2 && exec \"$@\"", "sh", TOPODATA_PROGRAM});
-  return lancer("/bin/sh", ".", arguments, [] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    setenv("GCOV_PREFIX", "/dev/null", 1);
-  });
+  arguments.insert(
+      arguments.begin(),
+      {"-c", "export GCOV_PREFIX=/dev/null; ulimit -f 2; exec \"$@\"", "sh", TOPODATA_PROGRAM});
+  return lancer("/bin/sh", ".", arguments, [] { std::signal(SIGXFSZ, SIG_IGN); });
 }
 
 std::string lire(const fs::path& fichier) {

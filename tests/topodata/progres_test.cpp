@@ -31,7 +31,8 @@ class Terminal {
   std::string lire(const std::string& fin = "") const {
     std::string texte;
     pollfd attente{maitre_, POLLIN, 0};
-    while ((fin.empty() || !texte.ends_with(fin)) && poll(&attente, 1, fin.empty() ? 0 : 5000) > 0) {
+    while ((fin.empty() || !texte.ends_with(fin)) &&
+           poll(&attente, 1, fin.empty() ? 0 : 5000) > 0) {
       char octet = 0;
       if (read(maitre_, &octet, 1) != 1) break;
       texte += octet;

@@ -122,8 +122,16 @@ TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
     EXPECT_EQ(voir({"--sorte", sortes[n - 1]}), capter([&] { base.Print(n, false); }));
   EXPECT_EQ(voir({"--element", "3"}), capter([&] { base.Print_elem(3); }));
   EXPECT_EQ(voir({"--sorte", "face", "--element", "3"}), capter([&] { base.faces[3].Print(); }));
+  EXPECT_EQ(voir({"--sorte", "bloc", "--element", "3"}), capter([&] { base.blocs[3].Print(); }));
+  EXPECT_EQ(voir({"--sorte", "edge", "--element", "3"}), capter([&] { base.edges[3].Print(); }));
+  EXPECT_EQ(voir({"--sorte", "vertex", "--element", "3"}), capter([&] { base.vrtxs[3].Print(); }));
   EXPECT_EQ(voir({"--sorte", "piece", "--element", "1"}),
             capter([&] { base.pieces.begin()->second.Print(); }));
+  EXPECT_EQ(voir({"--sorte", "raccord", "--element", "1"}),
+            capter([&] { base.raccords[0].Print(); }));
+  for (const char* sorte : {"bloc", "face", "edge", "vertex", "piece", "raccord"})
+    EXPECT_EQ(voir({"--sorte", sorte, "--element", "9999"}), "");
+  EXPECT_EQ(voir({"--element", "9999"}), "");
 
   std::string voisins = voir({"--voisins", "1"});
   EXPECT_TRUE(voisins.starts_with("Bloc 1 : " + std::to_string(base.vois_bloc(1).size()) +
@@ -136,4 +144,16 @@ TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
       coins.find("  coin (1,0,1) : vertex " + std::to_string(base.blk_vrtx_ijk(1, 1, 0, 1)) + " ("),
       std::string::npos)
       << coins;
+
+  // A slot without a face, and a face that is not there.
+  ASSERT_TRUE(c.changer("mesh_case_4/mesh_case_4_nrm.blck",
+                        "(<NbSubFace>)1</NbSubFace><SubFace>\\d+<([^]*?<SubFace>)\\d+<",
+                        "$010</NbSubFace><SubFace>0<$02-9<"));
+  const std::string vides = voir({"--voisins", "1"});
+  EXPECT_NE(vides.find("i-min : pas de face\n  j-min : face -9 : bord\n"), std::string::npos)
+      << vides;
+  const std::string absents = voir({"--coins", "1"});
+  EXPECT_NE(absents.find("coin (0,0,0) : case vide\n"), std::string::npos) << absents;
+  EXPECT_NE(absents.find("coin (1,0,0) : face ou edge inexistante\n"), std::string::npos)
+      << absents;
 }
