@@ -15,6 +15,8 @@ class Config {
   explicit Config(ReleveConfig& r) : r_(r) {}
 
   void lire(std::string_view texte) {
+    if (texte.find_first_not_of(" \t\r") == std::string_view::npos)
+      return signaler("vide", "y mettre au moins la ligne des noms de colonnes");
     while (!texte.empty()) {
       const std::size_t fin = texte.find('\n');
       ++ligne_;
@@ -23,8 +25,7 @@ class Config {
       if (!utilisable_) return;
       texte.remove_prefix(fin == std::string_view::npos ? texte.size() : fin + 1);
     }
-    if (ligne_ == 0) signaler("vide", "y mettre au moins la ligne des noms de colonnes");
-    r_.lue = ligne_ > 0;
+    r_.lue = true;
   }
 
  private:

@@ -152,7 +152,7 @@ const Mutation mutations[]{
     {cfg, "\n101;1;", "\n101a;1;", "2: code 101a: Damas code n'est pas un entier", erreur},
     {cfg, "BCCODE;", "BCCODE;BCCODE;", "1: entete: colonne BCCODE donnee deux fois", erreur, 42},
     {cfg, "\n102;", "\n\n102;", "3: code: ligne vide", avertissement},
-    {cfg, "^[^]*$", "", "1: fichier: vide", erreur},
+    {cfg, "^[^]*$", " ", "1: fichier: vide", erreur},
     {cfg, "BCCODE;", "BCCODE ;", "1: entete: pas de colonne BCCODE", erreur},
 };
 
