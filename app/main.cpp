@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 #include <limits>
+#include <new>
 #include <string>
 
 #include "app/flux_standards.h"
@@ -57,7 +58,7 @@ int executer(const std::string& chemin, const std::string& mode) {
     if (resultat._expl.size() - avant != bases[i]->blocs.size()) return base_non_chargee;
   }
 
-  if (!resultat.normalize()) return base_non_chargee;
+  if (!resultat.normalize()) throw std::bad_alloc();
   resultat.rdm_list();
 
   const std::string fichier = chemin + "global.cov";

@@ -1,6 +1,5 @@
 #include "base/base.h"
 
-#include <array>
 #include <cstdio>
 #include <exception>
 #include <iostream>

@@ -51,13 +51,15 @@ class Base {
   void gen_nom_base();
 
   // --- Loading. Readers answer false, after a message of their own, when their file cannot be
-  // loaded; a readable file that lacks a required element or text stops the program (SIGABRT).
+  // loaded, when an edge has not two vertices, and when a block numbers a face other than 1 to 6; a
+  // readable file that lacks a required element or text stops the program (SIGABRT).
   /// Configuration, scene, blocks, faces, edges, vertices, then links and classes, in this order;
   /// stops at the first failure, keeping what was read.
   bool load_all();
   /// Always true: the place for a check that the files exist.
   bool test_files();
-  /// Reads chemin + "climite.cfg" unless a configuration is loaded; a missing file is an empty one.
+  /// Reads chemin + "climite.cfg" unless a configuration is loaded; a missing file leaves the table
+  /// empty.
   bool load_clcfg(const std::string& repertoire);
   bool load_plane();
   bool load_scene();
@@ -90,7 +92,8 @@ class Base {
   // --- Local numbering (mesh/numbering.h). A face designator is a local slot when it is 0..5, an
   // edge designator when it is 0..3; any other value is a face (edge) number.
   // > 0 the number found; 0 nothing in common; -1 unknown block (face); -2 empty slot;
-  // -3 a face (edge) missing from its table.
+  // -3 a face (edge) missing from its table. What the files put into the slots is compared as it
+  // is: two empty slots are common too, and a negative number found reads like a code.
   /// Face in slot i of block b; 0 when the block is unknown or the slot is empty or not 0..5.
   int blk_face(int b, int i) const;
   /// First edge, in F1's slot order, common to two faces of block b.
@@ -107,7 +110,7 @@ class Base {
   int fac_vrtx_lm(int f, int l, int m) const;
 
   // --- Listings on standard output. With a pause, one character of standard input is awaited after
-  // each element.
+  // each element. Print(5) is Print(true): a kind alone is no call.
   /// The scene, then blocks, faces, edges and vertices.
   void Print(bool pause) const;
   /// One kind: 1 blocks, 2 faces, 3 edges, 4 vertices, 5 aircraft, 6 pieces, 7 junctions.

@@ -62,6 +62,8 @@ std::string dernieres_paroles(const std::string& sortie, const std::string& erre
     const std::string suite = sortie.substr(debut + trace.size());
     const std::string fichier = suite.substr(0, suite.find(" ... "));
     if (suite.find(echec) != std::string::npos) return std::string(echec) + " " + fichier;
+    // All documents were read, and the vertices' reader has no message but that: the links failed.
+    if (fichier.ends_with(".vrtx")) return "memoire insuffisante";
     if (!erreurs.empty()) return sur_une_ligne(derniere_ligne(erreurs)) + " (" + fichier + ")";
   }
   return erreurs.empty() ? "memoire insuffisante" : sur_une_ligne(derniere_ligne(erreurs));

@@ -59,6 +59,7 @@ bool walk_clcfg(std::string_view texte) {
     std::cerr << "Fichier non_valide..." << std::endl;
     return false;
   }
+  // The rows go by this header; list_attr keeps the names of a reading that failed before it.
   const std::vector<std::string> colonnes = couper(ligne);
   Base::list_attr.insert(Base::list_attr.end(), colonnes.begin(), colonnes.end());
 

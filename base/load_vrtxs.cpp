@@ -1,4 +1,5 @@
 #include <array>
+#include <new>
 
 #include "base/xml_walk.h"
 

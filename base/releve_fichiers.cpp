@@ -7,7 +7,7 @@
 #include "base/releve_lecteur.h"
 #include "base/xml_walk.h"
 
-// What each file must hold, entity by entity.
+// What each file must hold, entity by entity. The load_*.cpp walk the same elements for a run.
 
 void relever_bloc(Lecteur& l, const TiXmlNode& n) {
   Block bloc;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 // The records of a scene definition. The form of an accessor with an argument stores it and returns

@@ -15,12 +15,13 @@
 // What the readers of XML files share: opening with its trace, and a walk that knows where it
 // stands. Internal to base/.
 
-/// What comes after the message of a structural fault. A fuzz target may put a throw here; when it
-/// returns, the program is aborted all the same.
+/// What comes after the message of a structural fault. Who must go on (charger, the fuzz targets)
+/// puts a throw here; when it returns, the program is aborted all the same.
 inline void (*suite_faute)() = &std::abort;
 
-/// Parses a document held in memory; false when it is not well-formed, or nested too deep for the
-/// parser. `texte` is spent. suivi: with the line of each node, which costs a tenth of the time.
+/// Parses a document held in memory; false when it is not well-formed, has no element, or goes
+/// beyond the limits of xml_garde.h. `texte` is spent. suivi: with the line of each node, which
+/// costs a tenth of the time.
 bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi = false);
 
 using Marche = bool (*)(Base&, const TiXmlDocument&, const std::string& fichier);
@@ -44,7 +45,9 @@ bool walk_vrtxs(Base& base, const TiXmlDocument& doc, const std::string& fichier
 
 /// A walk over the entities of one document. What the document must have and has not is a
 /// structural fault: it says the reader, the failed expression, the file and the entity on standard
-/// error, and ends the program by SIGABRT, in every build type.
+/// error, and goes to suite_faute, that is SIGABRT, in every build type. The expressions ("node",
+/// "volm", "facs" ...) are fixed texts by which users know a fault. releve_fichiers.cpp walks the
+/// same elements for `verifie`: a change of one is a change of both.
 class Parcours {
  public:
   /// lecteur: the reader's signature. sorte: what an entity is called in messages.
@@ -97,7 +100,7 @@ class Parcours {
   FluxNombres nombres_;  // one conversion for the whole reading
 };
 
-/// True when the first four characters of the node's value are those of `debut`.
+/// True when the node's value begins with `debut`.
 inline bool nom_commence(const TiXmlNode& noeud, std::string_view debut) {
   return std::string_view(noeud.ValueStr()).starts_with(debut);
 }

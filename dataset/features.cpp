@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <exception>
 #include <iostream>
+#include <iterator>
 
 #include "base/base.h"
 #include "base/conversion.h"
@@ -16,9 +17,13 @@ struct Voisinage {
   std::vector<double> erik, vexa, vmoy, vmor, vnsm;
 
   Voisinage(const Base& base, const std::vector<int>& voisins) {
+    // The blocks of one face come in ascending order: a face with many is walked, not searched.
+    auto suivant = base.blocs.end();
     for (const int v : voisins) {
-      const auto bloc = base.blocs.find(v);
+      const auto bloc =
+          suivant != base.blocs.end() && suivant->first == v ? suivant : base.blocs.find(v);
       if (bloc == base.blocs.end()) continue;  // a neighbour by number only: it has no measures
+      suivant = std::next(bloc);
       erik.push_back(bloc->second._erik());
       vexa.push_back(bloc->second._volexa());
       vmoy.push_back(bloc->second._volmoy());

@@ -133,7 +133,8 @@ int BaseBuffer::create_fakes(int n) {
   return tenter([&] {
     const std::size_t nb = _expl.size();
     // Meant so: every row is read from the last permutation at the column's own rank, and so all
-    // the rows of a call carry the same example. create_fake_base is the one that varies them.
+    // the rows of a call carry the same example. create_fake_base is the one that varies them. With
+    // fewer examples than columns the ranks start again from the first.
     const auto p = permutations(_attr.size(), nb);
     Exemples faux;
     for (int i = 0; i < plafonner(n, nb); ++i)

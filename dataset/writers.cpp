@@ -11,7 +11,6 @@ namespace {
 class Tampon {
  public:
   explicit Tampon(std::ostream& out) : out_(out), octets_(1 << 16) {}
-  ~Tampon() { vider(); }
   Tampon(const Tampon&) = delete;
   Tampon& operator=(const Tampon&) = delete;
 
@@ -40,17 +39,18 @@ class Tampon {
     octets_[rempli_ - 1] = '\n';
   }
 
+  /// To be called at the end; a stream that throws may do so here.
+  void vider() {
+    out_.write(octets_.data(), static_cast<std::streamsize>(rempli_));
+    rempli_ = 0;
+  }
+
  private:
   /// Room for that many bytes more; the last one written stays.
   void reserver(std::size_t taille) {
     if (octets_.size() - rempli_ >= taille) return;
     vider();
     if (octets_.size() < taille) octets_.resize(taille);
-  }
-
-  void vider() {
-    out_.write(octets_.data(), static_cast<std::streamsize>(rempli_));
-    rempli_ = 0;
   }
 
   std::ostream& out_;
@@ -73,6 +73,7 @@ std::ostream& BaseBuffer::Print_attr(std::ostream& out, char sep) {
 
   Tampon tampon(out);
   for (const Exemple& ligne : _expl) tampon.ecrire(ligne, colonnes, sep);
+  tampon.vider();
   return out;
 }
 

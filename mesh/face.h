@@ -7,8 +7,8 @@
 
 /// A face of one or two blocks: its four edge numbers (see mesh/numbering.h), its
 /// boundary-condition codes, its surfaces, and the blocks that share it (filled by
-/// Base::make_link). Lists: a read out of range answers -1, a write out of range appends; add_*
-/// return the new count.
+/// Base::make_link). Lists: a read out of range answers -1, a write out of range appends;
+/// add_bloc and add_surf return the new count.
 class Face {
  public:
   /// Number of the face, unique among the faces of a base.

@@ -2,10 +2,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string_view>
+#include <system_error>
 
+#include "base/conversion.h"
 #include "commandes.h"
 #include "commun.h"
 #include "dataset/csv.h"
@@ -73,6 +76,18 @@ std::string graduations(const Matrice& m) {
   return texte + ")";
 }
 
+/// Cells that are all alike leave gnuplot no scale: they get one.
+std::string echelle(const Matrice& m) {
+  const std::string* premiere = nullptr;
+  for (const std::string& c : m.cellules) {
+    if (!est_un_reel(c)) continue;
+    if (!premiere) premiere = &c;
+    if (c != *premiere) return {};
+  }
+  if (!premiere) throw Erreur("aucun attribut numerique a dessiner");
+  return "set cbrange [" + *premiere + "-1:" + *premiere + "+1]\n";
+}
+
 /// A heat map: a square of 26 pixels per cell, and margins for the longest name and the scale.
 /// Cells without a number stay grey. Most mean products are small: the colours follow their root.
 std::string script_gnuplot(const Matrice& m, bool svg, const std::string& titre) {
@@ -99,8 +114,8 @@ std::string script_gnuplot(const Matrice& m, bool svg, const std::string& titre)
   s += "set xrange [-0.5:" + fin + "]\nset yrange [" + fin + ":-0.5]\n";
   s += "set palette defined (0 '#fff7ec', 1 '#fdd49e', 4 '#fc8d59', 9 '#d7301f', 16 '#4a0000')\n"
        "set object 1 rectangle from graph 0,0 to graph 1,1 fillcolor rgb '#d8d8d8' behind\n"
-       "set cblabel 'moyenne des produits'\n"
-       "plot $m matrix using 1:2:3 with image pixels notitle\n";
+       "set cblabel 'moyenne des produits'\n" +
+       echelle(m) + "plot $m matrix using 1:2:3 with image pixels notitle\n";
   return s;
 }
 
@@ -108,6 +123,9 @@ void executer(Options& o) {
   const bool svg = o.image.ends_with(".svg");
   if (!o.image.empty() && !svg && !o.image.ends_with(".png"))
     throw Erreur("'" + o.image + "' : une image se nomme .png ou .svg");
+  if (std::error_code e; !o.image.empty() && (o.image == o.fichier ||
+                                              std::filesystem::equivalent(o.image, o.fichier, e)))
+    throw Erreur("'" + o.image + "' : ni la matrice ni l'image n'ont la place de l'autre");
   Progres progres;
   o.table.format = Format::csv;
   o.table.normalise = !o.brut;

@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
+#include <limits>
 #include <memory>
 #include <new>
 #include <optional>
@@ -54,9 +56,12 @@ void executer(Options& o) {
   ajouter(o, table);
   const std::ptrdiff_t faits = static_cast<std::ptrdiff_t>(table._expl.size()) - reels;
   progres.effacer();
-  if (o.nombre && faits < *o.nombre)
-    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << *o.nombre
-              << " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n";
+  const double voulus = o.nombre ? *o.nombre : std::floor(*o.ratio * static_cast<double>(reels));
+  if (static_cast<double>(faits) < voulus)
+    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << en_texte(voulus)
+              << (reels == 0
+                      ? " : il n'y a pas d'exemple reel\n"
+                      : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n");
   if (o.seuls) table._expl.erase(table._expl.begin(), table._expl.begin() + reels);
 
   progres.ecriture(o.fichier);
@@ -78,10 +83,10 @@ void ajouter_faux(CLI::App& app) {
              "(tirages independants)",
              methodes, o->methode)
       ->required();
-  auto* nombre = c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")
-                     ->check(CLI::NonNegativeNumber);
+  auto* nombre =
+      c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")->check(entier_naturel);
   c->add_option("--ratio", o->ratio, "Leur nombre, en part du nombre d'exemples reels")
-      ->check(CLI::NonNegativeNumber)
+      ->check(reel_jusqu_a(std::numeric_limits<double>::max(), "un nombre, 0 ou plus"))
       ->excludes(nombre);
   c->add_option("--graine", o->graine, "Graine des tirages (1 par defaut)");
   c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");

@@ -6,6 +6,7 @@
 
 #include "commandes.h"
 #include "commun.h"
+#include "options.h"
 
 namespace {
 
@@ -22,8 +23,7 @@ struct Options {
 /// rows are shuffled where they stand, and those of the second part move over.
 void partager(BaseBuffer& table, BaseBuffer& seconde, double ratio, bool melange) {
   if (melange) table.rdm_list();
-  const double part = ratio > 0 ? std::min(ratio, 1.0) : 0.0;  // 0 too when it is not a number
-  const double n = static_cast<double>(table._expl.size()) * part;
+  const double n = static_cast<double>(table._expl.size()) * ratio;
   const auto k = table._expl.begin() + static_cast<std::ptrdiff_t>(n);
   seconde._attr = table._attr;
   seconde._nom = table._nom;
@@ -59,7 +59,7 @@ void ajouter_partage(CLI::App& app) {
   options_cible(*c, o->cible);
   c->add_option("--ratio", o->ratio, "Part des exemples du premier fichier, de 0 a 1")
       ->required()
-      ->check(CLI::Range(0.0, 1.0));
+      ->check(reel_jusqu_a(1.0, "un nombre de 0 a 1"));
   c->add_option("-o,--sortie", o->prefixe,
                 "Prefixe des fichiers : PREFIXE_1 et PREFIXE_2, suivis de .arff, .txt ou .csv")
       ->required();

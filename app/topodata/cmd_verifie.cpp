@@ -30,7 +30,7 @@ void ecrire(std::ostream& out, const std::vector<Constat>& constats, Bilan& bila
 
 int executer(Options& o) {
   Progres progres;
-  controler(o.cible, o.cible.bases.empty());
+  controler(o.cible, !o.cible.bases);
   Sortie sortie(o.fichier);
   Bilan bilan;
   const ReleveConfig config = relever_config(o.cible.chemin);

@@ -121,6 +121,8 @@ void voir_coins(const Base& base, int b) {
 
 void executer(Options& o) {
   o.cible.bases = o.base;
+  if (o.cible.noms() != std::vector{o.base}) throw Erreur("base inconnue : '" + o.base + "'");
+  if (o.element && o.sorte == "avion") throw Erreur("une base n'a qu'un avion, sans numero");
   controler(o.cible);
   Base base(o.base, o.cible.chemin, o.cible.mode);
   {

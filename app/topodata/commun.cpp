@@ -20,7 +20,10 @@ std::vector<std::string> decouper(const std::string& texte) {
   std::size_t debut = 0;
   while (debut <= texte.size()) {
     const std::size_t fin = std::min(texte.find(',', debut), texte.size());
-    if (fin > debut) parts.push_back(texte.substr(debut, fin - debut));
+    std::string part = texte.substr(debut, fin - debut);
+    part.erase(part.find_last_not_of(" \t") + 1);
+    part.erase(0, part.find_first_not_of(" \t"));
+    if (!part.empty()) parts.push_back(part);
     debut = fin + 1;
   }
   return parts;
@@ -33,7 +36,7 @@ std::string en_texte(double valeur) {
 }
 
 std::vector<std::string> Cible::noms() const {
-  if (!bases.empty()) return decouper(bases);
+  if (bases) return decouper(*bases);
   return {bases_integrees.begin(), bases_integrees.end()};
 }
 
@@ -55,10 +58,14 @@ void controler(Cible& cible, bool bases_absentes) {
   if (!std::filesystem::is_directory(cible.chemin, erreur))
     throw Erreur("dossier inconnu : '" + cible.chemin + "'");
   if (!cible.chemin.ends_with('/')) cible.chemin += '/';
-  if (cible.noms().empty()) throw Erreur("aucune base dans '" + cible.bases + "'");
-  for (const std::string& nom : cible.noms())
+  std::vector<std::string> noms = cible.noms();
+  if (noms.empty()) throw Erreur("aucune base dans '" + *cible.bases + "'");
+  for (const std::string& nom : noms)
     if (!bases_absentes && !std::filesystem::is_directory(cible.chemin + nom, erreur))
       throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + (cible.chemin + nom) + ")");
+  std::ranges::sort(noms);
+  if (const auto double_ = std::ranges::adjacent_find(noms); double_ != noms.end())
+    throw Erreur("base donnee deux fois : '" + *double_ + "'");
 }
 
 void charger_base(Base& base, Progres& progres) {
@@ -92,21 +99,23 @@ void options_table(CLI::App& commande, OptionsTable& options) {
 
 namespace {
 
-/// The named columns of the table; throws at an unknown one.
+/// The named columns of the table; throws at an unknown one, and when there is none.
 std::vector<std::string> attributs(const BaseBuffer& table, const std::string& texte) {
   std::vector<std::string> noms = decouper(texte);
+  if (noms.empty()) throw Erreur("aucun attribut dans '" + texte + "'");
   for (const std::string& nom : noms)
     if (table.num_attr(nom) < 0) throw Erreur("attribut inconnu : '" + nom + "'");
   return noms;
 }
 
 void choisir_attributs(BaseBuffer& table, const OptionsTable& options) {
-  if (!options.garde.empty()) {
-    const std::vector<std::string> noms = attributs(table, options.garde);
+  if (options.garde) {
+    const std::vector<std::string> noms = attributs(table, *options.garde);
     filtre(table);
     for (const std::string& nom : noms) table.unhide_attr(nom);
   }
-  for (const std::string& nom : attributs(table, options.cache)) table.hide_attr(nom);
+  if (options.cache)
+    for (const std::string& nom : attributs(table, *options.cache)) table.hide_attr(nom);
 }
 
 constexpr std::string_view a_proteger = " \t\r\n'\"\\,%{}?";

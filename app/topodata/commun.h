@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,15 +21,15 @@ class App;
 struct Cible {
   std::string chemin;  ///< data directory, ending in its separator once checked
   std::string mode;
-  std::string bases;  ///< names separated by commas; empty for the built-in ones
+  std::optional<std::string> bases;  ///< names separated by commas; without, the built-in ones
 
   std::vector<std::string> noms() const;
 };
 
 /// Adds CHEMIN and MODE, and --bases where a command takes several bases.
 void options_cible(CLI::App& commande, Cible& cible, bool plusieurs = true);
-/// Completes the directory's name. Throws Erreur for an unknown directory or mode, or a base
-/// without a folder, unless they may be missing.
+/// Completes the directory's name. Throws Erreur for an unknown directory or mode, a base that is
+/// named twice, or one without a folder, unless they may be missing.
 void controler(Cible& cible, bool bases_absentes = false);
 /// Loads a base; throws Erreur, with what the reader said, when it does not load.
 void charger_base(Base& base, Progres& progres);
@@ -39,7 +40,7 @@ enum class Format { weka, torch, csv };
 struct OptionsTable {
   Format format = Format::weka;
   bool normalise = false;
-  std::string garde, cache;  ///< attribute names separated by commas
+  std::optional<std::string> garde, cache;  ///< attribute names separated by commas
   std::string nom = "topology";
 };
 
@@ -56,7 +57,7 @@ BaseBuffer construire(Cible& cible, const OptionsTable& options, Progres& progre
 void ecrire(BaseBuffer& table, Format format, std::ostream& out);
 const char* extension(Format format);
 
-/// The parts of a text between commas, without the empty ones.
+/// The parts of a text between commas, without blanks around them and without empty ones.
 std::vector<std::string> decouper(const std::string& texte);
 
 /// A number as the table writes it.

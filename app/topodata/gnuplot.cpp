@@ -6,7 +6,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "sortie.h"
 
@@ -31,7 +33,7 @@ Fichier anonyme() {
   _exit(introuvable);
 }
 
-/// The first line that is not a mere warning: cells without a number make gnuplot write one.
+/// The first line that is not a mere warning.
 std::string plainte(std::FILE* f) {
   std::rewind(f);
   std::string ligne;
@@ -42,7 +44,7 @@ std::string plainte(std::FILE* f) {
       continue;
     }
     ligne.erase(0, ligne.find_first_not_of(' '));
-    if (!ligne.empty() && ligne.find("warning") == std::string::npos) break;
+    if (!ligne.empty() && ligne.find("arning") == std::string::npos) break;
     ligne.clear();
   }
   return ligne;
@@ -69,7 +71,10 @@ void dessiner(const std::string& script, const std::string& image) {
     throw Erreur(
         "gnuplot n'est pas installe (paquet Debian : gnuplot-nox) ; sans lui il n'y a pas "
         "d'image, seulement la matrice en csv");
-  const std::string dit = plainte(erreurs.get());
-  if (!WIFEXITED(etat) || WEXITSTATUS(etat) != 0 || !dit.empty())
-    throw Erreur("gnuplot a echoue : " + dit);
+  // What it writes counts only then: warnings of cells without a number, or of missing fonts, do
+  // not keep it from drawing.
+  std::error_code erreur;
+  const auto taille = std::filesystem::file_size(image, erreur);
+  if (!WIFEXITED(etat) || WEXITSTATUS(etat) != 0 || erreur || taille == 0)
+    throw Erreur("gnuplot a echoue : " + plainte(erreurs.get()));
 }

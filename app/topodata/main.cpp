@@ -1,8 +1,10 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
+#include <string>
 
 #include "app/flux_standards.h"
 #include "commandes.h"
@@ -49,6 +51,11 @@ int executer(int argc, char** argv) {
   ajouter_verifie(app, statut);
   for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
   try {
+    // The parser would only say that a command is missing.
+    const auto nomme = [&](const CLI::App* commande) { return commande->check_name(argv[1]); };
+    if (argc > 1 && argv[1][0] != '-' && std::ranges::none_of(app.get_subcommands({}), nomme))
+      throw CLI::ExtrasError("commande inconnue : '" + std::string(argv[1]) + "'",
+                             CLI::ExitCodes::ExtrasError);
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e);

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -31,7 +32,10 @@ extern "C" void effacer_et_finir(int numero) {
 void inscrire(const std::string& nom) {
   for (auto& place : en_cours) {
     if (place[0] != '\0' || nom.size() >= place.size()) continue;
-    nom.copy(place.data(), nom.size());
+    // Its first byte last: a signal in between finds no name, not a part of one.
+    nom.copy(place.data() + 1, nom.size() - 1, 1);
+    std::atomic_signal_fence(std::memory_order_release);
+    place[0] = nom[0];
     for (const int numero : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
       if (std::signal(numero, effacer_et_finir) == SIG_IGN)
         static_cast<void>(std::signal(numero, SIG_IGN));
@@ -53,6 +57,16 @@ mode_t droits(const std::string& cible) {
   return 0666 & ~masque;
 }
 
+/// The file that symbolic links lead to, there or not yet.
+std::string derriere_les_liens(std::filesystem::path nom) {
+  namespace fs = std::filesystem;
+  std::error_code erreur;
+  constexpr int liens_max = 40;  // as the system has it: more are a loop
+  for (int i = 0; i < liens_max && fs::is_symlink(fs::symlink_status(nom, erreur)); ++i)
+    nom = nom.parent_path() / fs::read_symlink(nom, erreur);
+  return nom.string();
+}
+
 }  // namespace
 
 Sortie::Sortie(const std::string& nom) : nom_(nom), cible_(nom) {
@@ -61,9 +75,10 @@ Sortie::Sortie(const std::string& nom) : nom_(nom), cible_(nom) {
   namespace fs = std::filesystem;
   std::error_code erreur;
   const fs::file_status etat = fs::status(nom_, erreur);
+  if (erreur == std::errc::too_many_symbolic_link_levels) echouer(ELOOP);
   if (fs::is_directory(etat)) echouer(EISDIR);
   if (!fs::exists(etat) || fs::is_regular_file(etat)) {
-    if (const fs::path vrai = fs::weakly_canonical(nom_, erreur); !erreur) cible_ = vrai.string();
+    cible_ = derriere_les_liens(nom_);
     if (fs::exists(etat) && access(cible_.c_str(), W_OK) != 0) echouer(errno);
     creer_provisoire();
   }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 
 #include "dataset/basebuffer.h"
@@ -68,6 +69,16 @@ TEST(Writers, EmptyTables) {
   t._expl = {{"x"}, {}};
   for (const std::string& texte : {weka(t), torch(t)})
     EXPECT_EQ(texte.find('x', texte.find("@data") + 1), std::string::npos) << texte;
+}
+
+TEST(Writers, AStreamThatThrowsIsTheCallersToCatch) {
+  BaseBuffer t;
+  t._attr = {{"a", "numeric"}};
+  t._aff = {{"a", true}};
+  t._expl.assign(100'000, {"1"});
+  std::ofstream plein("/dev/full");
+  plein.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+  EXPECT_THROW(t.Print_attr(plein, ','), std::ios_base::failure);
 }
 
 TEST(Writers, ShortRowsAndNamesWithoutFlag) {

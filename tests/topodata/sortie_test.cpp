@@ -30,7 +30,12 @@ TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
        "base inconnue : 'x' (pas de dossier " + cas + "x)"},
       {{"voir", cas, "nrm", "x"}, "base inconnue : 'x' (pas de dossier " + cas + "x)"},
       {{"table", cas, "nrm", "--bases", ","}, "aucune base dans ','"},
-      {{"table", cas, "nrm", "--garde", "erikson,erik"}, "attribut inconnu : 'erik'"},
+      {{"table", cas, "nrm", "--bases", "mesh_case_1, mesh_case_1"},
+       "base donnee deux fois : 'mesh_case_1'"},
+      {{"voir", cas, "nrm", "mesh_case_1,mesh_case_2"},
+       "base inconnue : 'mesh_case_1,mesh_case_2'"},
+      {{"table", cas, "nrm", "--garde", ""}, "aucun attribut dans ''"},
+      {{"table", cas, "nrm", "--garde", "erikson, erik"}, "attribut inconnu : 'erik'"},
       {{"table", cas, "nrm", "--cache", "erik"}, "attribut inconnu : 'erik'"},
       {{"table", cas, "nrm", "-o", d + "/non/t"},
        d + "/non/t : ecriture impossible (No such file or directory)"},
@@ -38,6 +43,10 @@ TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
       {{"table", cas, "nrm", "-o", "/dev/full"},
        "/dev/full : ecriture impossible (No space left on device)"},
       {{"covariance", cas, "nrm", "--image", "a.gif"}, "'a.gif' : une image se nomme .png ou .svg"},
+      {{"covariance", cas, "nrm", "--image", d + "/a.png", "-o", d + "/a.png"},
+       "'" + d + "/a.png' : ni la matrice ni l'image n'ont la place de l'autre"},
+      {{"covariance", cas, "nrm", "--image", d + "/a.png", "--garde", "base"},
+       "aucun attribut numerique a dessiner"},
       {{"voir", cas, "nrm", "mesh_case_1", "--element", "999999"},
        "element 999999 inexistant dans mesh_case_1"},
       {{"voir", cas, "nrm", "mesh_case_1", "--coins", "99"}, "bloc 99 inexistant dans mesh_case_1"},
@@ -57,6 +66,9 @@ TEST(Sortie, LeavesUsageToTheParserAndHelps) {
         {"table", "cas"},
         {"table", "c", "nrm", "--format", "x"},
         {"faux", "c", "nrm", "--methode", "tire"},
+        {"faux", "c", "nrm", "--methode", "tire", "--ratio", "nan"},
+        {"faux", "c", "nrm", "--methode", "tire", "--nombre", "-3"},
+        {"partage", "c", "nrm", "--ratio", "nan", "-o", "p"},
         {"partage", "c", "nrm", "--ratio", "2", "-o", "p"}}) {
     const Resultat r = topodata(faux);
     EXPECT_GT(r.statut, 2);
@@ -129,6 +141,12 @@ TEST(Sortie, WritesAllOrNothing) {
   EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
   EXPECT_TRUE(fs::is_symlink(lien));
   EXPECT_NE(lire(t).find("blocs_C"), std::string::npos);
+  // So does one that leads to a file that is not there yet.
+  fs::remove(t);
+  EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
+  EXPECT_TRUE(fs::is_symlink(lien) && fs::is_regular_file(t));
+  chmod(t.c_str(), 0640);
+  EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
   EXPECT_EQ(fs::status(t).permissions(), fs::perms(0640));
   EXPECT_EQ(nb_fichiers_dans(c.dossier), 4);
 }

@@ -159,8 +159,9 @@ TEST(Faux, MakesTheRowsOfEachBuilder) {
             .sortie,
         weka(t));
   }
-  const Resultat r = sur_deux_bases(c, {"faux", "--methode", "permute", "--nombre", "99"});
-  EXPECT_EQ(r.erreur,
-            "topodata : 16 exemples synthetiques au lieu de 99 : cette methode n'en fait pas plus "
-            "qu'il n'y a d'exemples reels\n");
+  for (const auto& [option, nombre] : {std::pair{"--nombre", "99"}, {"--ratio", "6.2"}})
+    EXPECT_EQ(
+        sur_deux_bases(c, {"faux", "--methode", "permute", option, nombre}).erreur,
+        "topodata : 16 exemples synthetiques au lieu de 99 : cette methode n'en fait pas plus "
+        "qu'il n'y a d'exemples reels\n");
 }

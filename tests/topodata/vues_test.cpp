@@ -106,6 +106,12 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
                 .statut,
             0);
   EXPECT_NE(lire(svg).find("vol_exa"), std::string::npos);
+  // One value, and no fonts: gnuplot warns, and draws.
+  const Resultat seule =
+      topodata({"covariance", c.cas(), "nrm", "--image", png.string(), "--garde", "erikson"},
+               [] { setenv("FONTCONFIG_FILE", "/nulle/part", 1); });
+  EXPECT_EQ(seule.erreur, "");
+  EXPECT_EQ(seule.statut, 0);
 }
 
 TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
