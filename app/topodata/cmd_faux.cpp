@@ -83,11 +83,11 @@ void ajouter_faux(CLI::App& app) {
              "(tirages independants)",
              methodes, o->methode)
       ->required();
-  auto* nombre =
+  auto* par_nombre =
       c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")->check(entier_naturel);
   c->add_option("--ratio", o->ratio, "Leur nombre, en part du nombre d'exemples reels")
       ->check(reel_jusqu_a(std::numeric_limits<double>::max(), "un nombre, 0 ou plus"))
-      ->excludes(nombre);
+      ->excludes(par_nombre);
   c->add_option("--graine", o->graine, "Graine des tirages (1 par defaut)");
   c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");
   options_table(*c, o->table);
