@@ -27,7 +27,7 @@ template <class T>
 std::errc convertir(std::string_view texte, T& valeur) {
   const char* const fin = texte.data() + texte.size();
   const auto [arret, erreur] = std::from_chars(texte.data(), fin, valeur);
-  return erreur == std::errc{} && arret != fin ? std::errc::invalid_argument : erreur;
+  return arret != fin ? std::errc::invalid_argument : erreur;  // out of range, more may follow
 }
 
 /// Why the parser refuses a document, by its error number. The others it keeps to itself: they come

@@ -228,6 +228,6 @@ TEST(Verifie, ReadsNumbersAsStrictlyAsItSays) {
     EXPECT_FALSE(entier_strict(texte)) << texte;
   EXPECT_EQ(reel_strict(" -1.5e3 "), -1500.0);
   EXPECT_EQ(reel_strict("1e-999"), 0.0);
-  for (const char* texte : {"", "1,5", "nan", "-inf", "1e999", "0x1p3", "1e", "."})
+  for (const char* texte : {"", "1,5", "nan", "-inf", "1e999", "0x1p3", "1e", ".", "1e-999.5"})
     EXPECT_FALSE(reel_strict(texte)) << texte;
 }
