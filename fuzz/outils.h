@@ -4,7 +4,8 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <string_view>
+
+#include "tests/support/modele.h"
 
 // What the targets share.
 
@@ -35,24 +36,3 @@ bool sans_faute(Ecoute& ecoute, const std::function<void()>& action);
 
 /// Bit for bit, so that not-a-number equals itself and -0 is not 0.
 bool memes_bits(double a, double b);
-
-/// The conversion in its slow and literal form: one stream, appended to, cleared before each read.
-class Modele {
- public:
-  int entier(std::string_view texte) { return lire(texte, entier_); }
-  double reel(std::string_view texte) { return lire(texte, reel_); }
-  char caractere(std::string_view texte) { return lire(texte, caractere_); }
-
- private:
-  template <class T>
-  T lire(std::string_view texte, T& valeur) {
-    flux_.clear();
-    flux_ << texte;
-    if (T lu{}; flux_ >> lu) valeur = lu;
-    return valeur;
-  }
-  std::stringstream flux_;
-  int entier_ = 0;
-  double reel_ = 0.0;
-  char caractere_ = '\0';
-};

@@ -10,28 +10,9 @@
 #include <sstream>
 #include <string>
 
+#include "tests/support/modele.h"
+
 namespace {
-
-// The rule of reading, literally: one stream, never emptied, its errors cleared before each text.
-class Flux {
- public:
-  int entier(std::string_view t) { return lire(t, entier_); }
-  double reel(std::string_view t) { return lire(t, reel_); }
-  char caractere(std::string_view t) { return lire(t, caractere_); }
-
- private:
-  template <class T>
-  T lire(std::string_view t, T& v) {
-    flux_.clear();
-    flux_ << t;
-    if (T lu{}; flux_ >> lu) v = lu;
-    return v;
-  }
-  std::stringstream flux_;
-  int entier_ = 0;
-  double reel_ = 0.0;
-  char caractere_ = '\0';
-};
 
 using Alea = std::mt19937;
 
@@ -79,7 +60,7 @@ TEST(Conversion, ReadsAsTheStreamOverRandomTexts) {
   Alea alea(20240611);
   for (int lecture = 0; lecture < 40000; ++lecture) {
     FluxNombres nombres;
-    Flux flux;
+    Modele flux;
     std::string vus;
     for (unsigned n = 1 + tirer(alea, 6); n > 0; --n) {
       const std::string t = texte_au_hasard(alea);
