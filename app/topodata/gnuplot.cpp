@@ -75,6 +75,7 @@ void dessiner(const std::string& script, const std::string& image) {
   // not keep it from drawing.
   std::error_code erreur;
   const auto taille = std::filesystem::file_size(image, erreur);
-  if (!WIFEXITED(etat) || WEXITSTATUS(etat) != 0 || erreur || taille == 0)
-    throw Erreur("gnuplot a echoue : " + plainte(erreurs.get()));
+  if (WIFEXITED(etat) && WEXITSTATUS(etat) == 0 && !erreur && taille > 0) return;
+  const std::string dit = plainte(erreurs.get());
+  throw Erreur(dit.empty() ? "gnuplot a echoue" : "gnuplot a echoue : " + dit);
 }

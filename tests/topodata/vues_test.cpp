@@ -97,6 +97,17 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   EXPECT_EQ(sans.statut, 2);
   EXPECT_TRUE(sans.erreur.starts_with("topodata : gnuplot n'est pas installe")) << sans.erreur;
   EXPECT_FALSE(std::filesystem::exists(png));
+  // One that fails after a warning, and one that leaves the picture empty.
+  const std::string dossier = c.dossier.string(), faux = dossier + "/gnuplot";
+  const auto avec_faux = [&](const std::string& corps) {
+    ecrire(faux, "#!/bin/sh\n" + corps);
+    std::filesystem::permissions(faux, std::filesystem::perms::owner_all);
+    return topodata(arguments, [&] { setenv("PATH", dossier.c_str(), 1); }).erreur;
+  };
+  EXPECT_EQ(avec_faux("echo 'Warning: x' >&2; echo ' line 1: y' >&2; exit 1\n"),
+            "topodata : gnuplot a echoue : line 1: y\n");
+  EXPECT_EQ(avec_faux("exit 0\n"), "topodata : gnuplot a echoue\n");
+  EXPECT_FALSE(std::filesystem::exists(png));
   if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
   const Resultat r = topodata(arguments);
   EXPECT_EQ(r.sortie + r.erreur, "");
