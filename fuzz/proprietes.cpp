@@ -72,11 +72,11 @@ void ajouter(Image& im, const Piece& p) {
   for (int i = 0; i < p.nb_spe(); ++i) im << p._spe(i);
 }
 
-template <class Entite>
-void ajouter(Image& im, const std::map<int, Entite>& table) {
+template <class Cle, class Entite>
+void ajouter(Image& im, const std::map<Cle, Entite>& table) {
   im << table.size();
-  for (const auto& [ident, entite] : table) {
-    im << ident;
+  for (const auto& [cle, entite] : table) {
+    im << cle;
     ajouter(im, entite);
   }
 }
@@ -140,10 +140,7 @@ std::string image(const Base& base) {
   ajouter(im, base.faces);
   ajouter(im, base.edges);
   ajouter(im, base.vrtxs);
-  for (const auto& [famille, piece] : base.pieces) {
-    im << famille;
-    ajouter(im, piece);
-  }
+  ajouter(im, base.pieces);
   for (const Raccord& r : base.raccords) im << r._pc1() << r._pc2() << r._type();
   return im.octets;
 }

@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <filesystem>

@@ -1,5 +1,5 @@
 #include <CLI/CLI.hpp>
-#include <cmath>
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
@@ -56,9 +56,12 @@ void executer(Options& o) {
   ajouter(o, table);
   const std::ptrdiff_t faits = static_cast<std::ptrdiff_t>(table._expl.size()) - reels;
   progres.effacer();
-  const double voulus = o.nombre ? *o.nombre : std::floor(*o.ratio * static_cast<double>(reels));
-  if (static_cast<double>(faits) < voulus)
-    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << en_texte(voulus)
+  // Held within what a count can be: a ratio may ask for anything.
+  const std::ptrdiff_t voulus =
+      o.nombre ? *o.nombre
+               : static_cast<std::ptrdiff_t>(std::min(*o.ratio * static_cast<double>(reels), 1e18));
+  if (faits < voulus)
+    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << voulus
               << (reels == 0
                       ? " : il n'y a pas d'exemple reel\n"
                       : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n");

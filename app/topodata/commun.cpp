@@ -64,8 +64,8 @@ void controler(Cible& cible, bool bases_absentes) {
     if (!bases_absentes && !std::filesystem::is_directory(cible.chemin + nom, erreur))
       throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + (cible.chemin + nom) + ")");
   std::ranges::sort(noms);
-  if (const auto double_ = std::ranges::adjacent_find(noms); double_ != noms.end())
-    throw Erreur("base donnee deux fois : '" + *double_ + "'");
+  if (const auto repetee = std::ranges::adjacent_find(noms); repetee != noms.end())
+    throw Erreur("base donnee deux fois : '" + *repetee + "'");
 }
 
 void charger_base(Base& base, Progres& progres) {
