@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+namespace topomine {
+
 void assurer_flux_standards() {
   // open() answers the lowest free descriptor: the closed ones are filled in ascending order.
   for (int flux = 0; flux <= 2; ++flux) {
@@ -11,3 +13,5 @@ void assurer_flux_standards() {
   }
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
+
+}  // namespace topomine

@@ -16,6 +16,8 @@
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
 
+using namespace topomine;
+
 namespace {
 
 enum Statut { termine = 0, mauvais_arguments = 1, base_non_chargee = 2 };

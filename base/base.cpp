@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+using namespace topomine;
+
 Base::Base(std::string nom_, std::string chemin_, std::string type_)
     : nom(std::move(nom_)), chemin(std::move(chemin_)), type(std::move(type_)) {}
 

@@ -13,9 +13,11 @@
 #include <vector>
 
 #include "base/base.h"
-#include "base/conversion.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
+#include "texte/nombres.h"
+
+using namespace topomine;
 
 namespace {
 

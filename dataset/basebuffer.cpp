@@ -6,8 +6,10 @@
 #include <exception>
 #include <iterator>
 
-#include "base/conversion.h"
 #include "dataset/schema.h"
+#include "texte/nombres.h"
+
+using namespace topomine;
 
 BaseBuffer::BaseBuffer() {
   init();

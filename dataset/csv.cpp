@@ -5,6 +5,8 @@
 
 #include "dataset/basebuffer.h"
 
+namespace topomine {
+
 namespace {
 
 constexpr std::size_t taille_tampon = 1 << 16;
@@ -55,3 +57,5 @@ std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table) {
   }
   return out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
 }
+
+}  // namespace topomine

@@ -7,6 +7,8 @@
 
 class BaseBuffer;
 
+namespace topomine {
+
 // Comma-separated values as in RFC 4180: lines end in CR LF, a field that holds a comma, a quote or
 // a line end is quoted, with its quotes doubled.
 
@@ -20,3 +22,5 @@ void ecrire_ligne_csv(std::ostream& out, const std::vector<std::string>& champs)
 /// columns, in column order. Unlike the other writers, no column is written when it is hidden.
 /// An example too short for a column leaves its field empty.
 std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table);
+
+}  // namespace topomine

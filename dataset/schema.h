@@ -3,6 +3,8 @@
 #include <array>
 #include <string_view>
 
+namespace topomine {
+
 // What the dataset is about: its attributes, in column order, and the bases it is built from.
 
 struct Attribut {
@@ -108,3 +110,5 @@ constexpr int numero_base(std::string_view nom) {
     if (bases_integrees[i] == nom) return static_cast<int>(i);
   return 0;
 }
+
+}  // namespace topomine

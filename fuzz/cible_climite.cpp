@@ -5,10 +5,12 @@
 #include <vector>
 
 #include "base/base.h"
-#include "base/clcfg.h"
-#include "base/releve_lecteur.h"
+#include "base/lecture/climite.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
+#include "verifie/lecteur_strict.h"
+
+using namespace topomine;
 
 namespace {
 
@@ -85,7 +87,7 @@ void cible_climite(std::string_view entree) {
   Ecoute ecoute;
   Fin fin = Fin::lue;
   try {
-    if (!walk_clcfg(entree)) fin = Fin::entete_incomplete;
+    if (!parcourir_climite(entree)) fin = Fin::entete_incomplete;
   } catch (const std::exception&) {
     fin = Fin::ligne_fautive;
   }

@@ -4,12 +4,14 @@
 #include <exception>
 #include <string>
 
-#include "base/clcfg.h"
-#include "base/xml_walk.h"
+#include "base/lecture/climite.h"
+#include "base/lecture/parcours.h"
 #include "dataset/basebuffer.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
 #include "fuzz/proprietes.h"
+
+using namespace topomine;
 
 namespace {
 
@@ -18,12 +20,12 @@ bool lire_xml(Base& base, std::string_view texte, Marche marche) {
   return analyser_xml(std::string(texte), doc) && marche(base, doc, "entree");
 }
 
-bool lire_climite(std::string_view texte) {
+bool configurer(std::string_view texte) {
   Base::init_cl_cfg = false;
   Base::list_CLim.clear();
   Base::list_attr.clear();
   try {
-    return walk_clcfg(texte);
+    return parcourir_climite(texte);
   } catch (const std::exception&) {
     return false;
   }
@@ -31,10 +33,10 @@ bool lire_climite(std::string_view texte) {
 
 /// load_all, but for the files.
 bool charger(Base& base, const std::array<std::string_view, 6>& textes) {
-  return lire_climite(textes[0]) && lire_xml(base, textes[1], walk_plane) &&
-         lire_xml(base, textes[1], walk_scene) && lire_xml(base, textes[2], walk_blocs) &&
-         lire_xml(base, textes[3], walk_faces) && lire_xml(base, textes[4], walk_edges) &&
-         lire_xml(base, textes[5], walk_vrtxs) && base.make_link() && base.maj_typeC();
+  return configurer(textes[0]) && lire_xml(base, textes[1], parcourir_plane) &&
+         lire_xml(base, textes[1], parcourir_scene) && lire_xml(base, textes[2], parcourir_blocs) &&
+         lire_xml(base, textes[3], parcourir_faces) && lire_xml(base, textes[4], parcourir_edges) &&
+         lire_xml(base, textes[5], parcourir_vrtxs) && base.make_link() && base.maj_typeC();
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 #include <cstring>
 #include <string>
 
-#include "base/conversion.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
+#include "texte/nombres.h"
+
+using namespace topomine;
 
 namespace {
 

@@ -1,11 +1,13 @@
 #include <string>
 
-#include "base/releve_lecteur.h"
-#include "base/xml_walk.h"
+#include "base/lecture/parcours.h"
 #include "dataset/basebuffer.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
 #include "fuzz/proprietes.h"
+#include "verifie/lecteur_strict.h"
+
+using namespace topomine;
 
 namespace {
 
@@ -73,28 +75,28 @@ void essayer(std::string_view entree, Marche marche, Fichier f) {
   if (premiere.reussie) exploiter(premiere.base);
 }
 
-bool walk_def(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
-  return walk_plane(base, doc, fichier) && walk_scene(base, doc, fichier);
+bool parcourir_def(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
+  return parcourir_plane(base, doc, fichier) && parcourir_scene(base, doc, fichier);
 }
 
 }  // namespace
 
 void cible_bloc(std::string_view entree) {
-  essayer(entree, walk_blocs, fic_blck);
+  essayer(entree, parcourir_blocs, fic_blck);
 }
 
 void cible_face(std::string_view entree) {
-  essayer(entree, walk_faces, fic_face);
+  essayer(entree, parcourir_faces, fic_face);
 }
 
 void cible_edge(std::string_view entree) {
-  essayer(entree, walk_edges, fic_edge);
+  essayer(entree, parcourir_edges, fic_edge);
 }
 
 void cible_vertex(std::string_view entree) {
-  essayer(entree, walk_vrtxs, fic_vrtx);
+  essayer(entree, parcourir_vrtxs, fic_vrtx);
 }
 
 void cible_scene(std::string_view entree) {
-  essayer(entree, walk_def, fic_def);
+  essayer(entree, parcourir_def, fic_def);
 }

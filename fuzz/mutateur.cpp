@@ -11,8 +11,10 @@
 #include <string_view>
 #include <vector>
 
-#include "base/xml_walk.h"
+#include "base/lecture/parcours.h"
 #include "fuzz/cibles.h"
+
+using namespace topomine;
 
 // Mutations that keep a document well-formed, so that they get past the parser: nodes are dropped,
 // doubled, moved, renamed, wrapped and given odd texts. What is not a document, and one document in

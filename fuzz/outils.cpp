@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "base/xml_walk.h"
+#include "base/lecture/parcours.h"
+
+using namespace topomine;
 
 namespace {
 

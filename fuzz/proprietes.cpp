@@ -7,8 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "base/xml_garde.h"
+#include "base/lecture/limites_xml.h"
 #include "fuzz/outils.h"
+
+using namespace topomine;
 
 namespace {
 

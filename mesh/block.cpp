@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+using namespace topomine;
+
 void Block::set_faces(int f0, int f1, int f2, int f3, int f4, int f5) {
   faces_ = {f0, f1, f2, f3, f4, f5};
   nb_faces_ = 0;

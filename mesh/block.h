@@ -48,7 +48,7 @@ class Block {
   void Print() const;
 
  private:
-  static bool case_valide(int i) { return i >= 0 && i < nb_faces_bloc; }
+  static bool case_valide(int i) { return i >= 0 && i < topomine::nb_faces_bloc; }
 
   int id_ = 0;
   int type_ = 0;
@@ -57,8 +57,8 @@ class Block {
   double volmor_ = 0.0;
   double volmoy_ = 0.0;
   double volnsm_ = 0.0;
-  std::array<int, nb_faces_bloc> faces_{};
-  int nb_faces_ = nb_faces_bloc;
+  std::array<int, topomine::nb_faces_bloc> faces_{};
+  int nb_faces_ = topomine::nb_faces_bloc;
   char forme_ = 'H';
   bool typeC_ = false;
 };

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <iostream>
 
+using namespace topomine;
+
 void Edge::set_vrtxs(int /*v0*/, int /*v1*/) {
   vrtxs_.clear();
   vrtxs_.reserve(nb_vrtxs_edge);

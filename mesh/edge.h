@@ -17,22 +17,22 @@ class Edge {
   int _carac() const { return carac_; }
   int _carac(int v) { return carac_ = v; }
 
-  int nb_vrtx() const { return nombre(vrtxs_); }
-  int _vrtx(int i) const { return lire_liste(vrtxs_, i); }
-  int _vrtx(int i, int v) { return ecrire_liste(vrtxs_, i, v); }
+  int nb_vrtx() const { return topomine::taille(vrtxs_); }
+  int _vrtx(int i) const { return topomine::lire_liste(vrtxs_, i); }
+  int _vrtx(int i, int v) { return topomine::ecrire_liste(vrtxs_, i, v); }
   /// Leaves the vertex list empty, as Face::set_edges does with edges. Meant so.
   void set_vrtxs(int v0, int v1);
 
-  int nb_face() const { return nombre(faces_); }
+  int nb_face() const { return topomine::taille(faces_); }
   /// The only list that speaks: out of range it says so on standard error and waits for one
   /// character on standard input, then answers -1 (read) or appends (write).
   int _face(int i) const;
   int _face(int i, int v);
-  int add_face(int v) { return ajouter(faces_, v); }
+  int add_face(int v) { return topomine::ajouter(faces_, v); }
 
-  int nb_BC() const { return nombre(bc_); }
-  int _BC(int i) const { return lire_liste(bc_, i); }
-  int _BC(int i, int v) { return ecrire_liste(bc_, i, v); }
+  int nb_BC() const { return topomine::taille(bc_); }
+  int _BC(int i) const { return topomine::lire_liste(bc_, i); }
+  int _BC(int i, int v) { return topomine::ecrire_liste(bc_, i, v); }
   void add_BC(int v) { bc_.push_back(v); }
 
   /// Resets the edge; vertices beyond the two slots stay (see remettre_a_zero).
@@ -43,7 +43,7 @@ class Edge {
  private:
   int id_ = 0;
   int carac_ = 0;
-  std::vector<int> vrtxs_ = std::vector<int>(nb_vrtxs_edge, 0);
+  std::vector<int> vrtxs_ = std::vector<int>(topomine::nb_vrtxs_edge, 0);
   std::vector<int> faces_;
   std::vector<int> bc_;
 };

@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+using namespace topomine;
+
 void Face::set_edges(int /*e0*/, int /*e1*/, int /*e2*/, int /*e3*/) {
   edges_.clear();
   edges_.reserve(nb_edges_face);

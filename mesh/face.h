@@ -20,27 +20,27 @@ class Face {
   int _carac() const { return carac_; }
   int _carac(int v) { return carac_ = v; }
 
-  int nb_BC() const { return nombre(bc_); }
-  int _BC(int i) const { return lire_liste(bc_, i); }
-  int _BC(int i, int v) { return ecrire_liste(bc_, i, v); }
+  int nb_BC() const { return topomine::taille(bc_); }
+  int _BC(int i) const { return topomine::lire_liste(bc_, i); }
+  int _BC(int i, int v) { return topomine::ecrire_liste(bc_, i, v); }
   void add_BC(int v) { bc_.push_back(v); }
 
-  int nb_edge() const { return nombre(edges_); }
-  int _edge(int i) const { return lire_liste(edges_, i); }
-  int _edge(int i, int v) { return ecrire_liste(edges_, i, v); }
+  int nb_edge() const { return topomine::taille(edges_); }
+  int _edge(int i) const { return topomine::lire_liste(edges_, i); }
+  int _edge(int i, int v) { return topomine::ecrire_liste(edges_, i, v); }
   /// Leaves the edge list empty: the numbers go to room beyond the list's count, where no accessor
   /// reads. Meant so; _edge(i, v) is the way to set an edge.
   void set_edges(int e0, int e1, int e2, int e3);
 
-  int nb_bloc() const { return nombre(blocs_); }
-  int _bloc(int i) const { return lire_liste(blocs_, i); }
-  int _bloc(int i, int v) { return ecrire_liste(blocs_, i, v); }
-  int add_bloc(int v) { return ajouter(blocs_, v); }
+  int nb_bloc() const { return topomine::taille(blocs_); }
+  int _bloc(int i) const { return topomine::lire_liste(blocs_, i); }
+  int _bloc(int i, int v) { return topomine::ecrire_liste(blocs_, i, v); }
+  int add_bloc(int v) { return topomine::ajouter(blocs_, v); }
 
-  int nb_surf() const { return nombre(surfs_); }
-  int _surf(int i) const { return lire_liste(surfs_, i); }
-  int _surf(int i, int v) { return ecrire_liste(surfs_, i, v); }
-  int add_surf(int v) { return ajouter(surfs_, v); }
+  int nb_surf() const { return topomine::taille(surfs_); }
+  int _surf(int i) const { return topomine::lire_liste(surfs_, i); }
+  int _surf(int i, int v) { return topomine::ecrire_liste(surfs_, i, v); }
+  int add_surf(int v) { return topomine::ajouter(surfs_, v); }
 
   /// Resets the face; edges beyond the four slots stay (see remettre_a_zero).
   void clear();
@@ -52,7 +52,7 @@ class Face {
   int carac_ = 0;
   int type_ = 0;
   std::vector<int> bc_;
-  std::vector<int> edges_ = std::vector<int>(nb_edges_face, 0);
+  std::vector<int> edges_ = std::vector<int>(topomine::nb_edges_face, 0);
   std::vector<int> blocs_;
   std::vector<int> surfs_;
 };

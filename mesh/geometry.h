@@ -1,5 +1,7 @@
 #pragma once
 
+namespace topomine {
+
 /// Three real coordinates; the common part of a position and of a direction.
 class Triplet {
  public:
@@ -19,20 +21,22 @@ class Triplet {
   double z_ = 0.0;
 };
 
+}  // namespace topomine
+
 /// A position, in the length unit of the mesh files.
-class Point : public Triplet {
+class Point : public topomine::Triplet {
  public:
   Point() = default;
-  explicit Point(double v) : Triplet(v) {}
+  Point(double v) : Triplet(v) {}
   /// Back to the origin.
   void clear() { x_ = y_ = z_ = 0.0; }
 };
 
 /// A direction, taken as it is: nothing scales it to unit length.
-class Vecteur : public Triplet {
+class Vecteur : public topomine::Triplet {
  public:
   Vecteur() = default;
-  explicit Vecteur(double v) : Triplet(v) {}
+  Vecteur(double v) : Triplet(v) {}
 };
 
 /// The projection of a vertex onto a surface of the geometry: the point and the normal there.

@@ -1,5 +1,7 @@
 #include "mesh/liste.h"
 
+namespace topomine {
+
 void remettre_a_zero(std::vector<int>& liste, int n) {
   for (int i = 0; i < n; ++i) {
     if (!dans_liste(liste, i)) {
@@ -28,3 +30,5 @@ void imprimer_cases(std::ostream& out, std::string_view nom, const std::vector<i
       out << " absent\n";
   }
 }
+
+}  // namespace topomine

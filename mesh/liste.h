@@ -5,13 +5,15 @@
 #include <string_view>
 #include <vector>
 
+namespace topomine {
+
 // What the number lists of faces, edges and vertices have in common.
 
 inline bool dans_liste(const std::vector<int>& liste, int i) {
   return i >= 0 && static_cast<std::size_t>(i) < liste.size();
 }
 
-inline int nombre(const std::vector<int>& liste) {
+inline int taille(const std::vector<int>& liste) {
   return static_cast<int>(liste.size());
 }
 
@@ -23,7 +25,7 @@ inline int lire_liste(const std::vector<int>& liste, int i) {
 /// Appends v; the list's new count.
 inline int ajouter(std::vector<int>& liste, int v) {
   liste.push_back(v);
-  return nombre(liste);
+  return taille(liste);
 }
 
 /// Overwrites element i and answers i; out of range appends v and answers its index.
@@ -43,3 +45,5 @@ void imprimer_liste(std::ostream& out, std::string_view titre, std::string_view 
 
 /// One line per slot 0..n-1: the number it holds, or " absent".
 void imprimer_cases(std::ostream& out, std::string_view nom, const std::vector<int>& liste, int n);
+
+}  // namespace topomine

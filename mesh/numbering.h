@@ -1,5 +1,7 @@
 #pragma once
 
+namespace topomine {
+
 // The local numbering of a hexahedral block, shared by the readers and the queries.
 //
 //    k   j      face slot of a block = 3*side + axis    edge slot of a face = 2*side + axis
@@ -14,12 +16,14 @@ inline constexpr int nb_vrtxs_edge = 2;
 
 /// Slot of the block face on `side` (0 minimum, 1 maximum) of `axis` (0 i, 1 j, 2 k). Any other
 /// side gives what the formula does, modulo 2^32.
-constexpr int slot_face(int side, int axis) {
+constexpr int place_face(int side, int axis) {
   return static_cast<int>(3 * static_cast<unsigned>(side) + static_cast<unsigned>(axis));
 }
 
 /// Slot of the face edge on `side` (0 minimum, 1 maximum) of `axis` (0 l, 1 m); as above for
 /// others.
-constexpr int slot_edge(int side, int axis) {
+constexpr int place_edge(int side, int axis) {
   return static_cast<int>(2 * static_cast<unsigned>(side) + static_cast<unsigned>(axis));
 }
+
+}  // namespace topomine

@@ -3,6 +3,8 @@
 #include <exception>
 #include <iostream>
 
+using namespace topomine;
+
 namespace {
 
 void imprimer(std::ostream& out, const Triplet& t) {

@@ -22,10 +22,10 @@ class Vertex {
   void get_pos(double& x, double& y, double& z) const;
   void set_pos(double x, double y, double z);
 
-  int nb_edge() const { return nombre(edges_); }
-  int _edge(int i) const { return lire_liste(edges_, i); }
-  int _edge(int i, int v) { return ecrire_liste(edges_, i, v); }
-  int add_edge(int v) { return ajouter(edges_, v); }
+  int nb_edge() const { return topomine::taille(edges_); }
+  int _edge(int i) const { return topomine::lire_liste(edges_, i); }
+  int _edge(int i, int v) { return topomine::ecrire_liste(edges_, i, v); }
+  int add_edge(int v) { return topomine::ajouter(edges_, v); }
 
   int nb_proj() const { return static_cast<int>(projs_.size()); }
   /// Appends the projection (px,py,pz) on surface `surf` with normal (nx,ny,nz).

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "gen/ecriture.h"
+#include "tools/gen/ecriture.h"
 
 namespace {
 

@@ -7,11 +7,13 @@
 #include <string_view>
 #include <system_error>
 
-#include "base/conversion.h"
-#include "commandes.h"
-#include "commun.h"
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
+#include "app/topodata/gnuplot.h"
 #include "dataset/csv.h"
-#include "gnuplot.h"
+#include "texte/nombres.h"
+
+namespace topomine {
 
 namespace {
 
@@ -150,7 +152,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_covariance(CLI::App& app) {
+void ajouter_covariance(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("covariance", "Ecrit ou dessine la matrice de covariance");
   options_cible(*c, o->cible);
@@ -164,3 +166,5 @@ void ajouter_covariance(CLI::App& app) {
       "  topodata covariance cas/ nrm -o covariance.csv --image covariance.png");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

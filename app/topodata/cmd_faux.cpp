@@ -8,9 +8,11 @@
 #include <new>
 #include <optional>
 
-#include "commandes.h"
-#include "commun.h"
-#include "options.h"
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
+#include "app/topodata/options.h"
+
+namespace topomine {
 
 namespace {
 
@@ -75,7 +77,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_faux(CLI::App& app) {
+void ajouter_faux(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("faux", "Ecrit les exemples reels et des exemples synthetiques");
   options_cible(*c, o->cible);
@@ -100,3 +102,5 @@ void ajouter_faux(CLI::App& app) {
       "  topodata faux cas/ nrm --methode tire --ratio 0.5 --graine 3 -o avec_faux.arff");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

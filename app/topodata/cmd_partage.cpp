@@ -3,9 +3,11 @@
 #include <iterator>
 #include <memory>
 
-#include "commandes.h"
-#include "commun.h"
-#include "options.h"
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
+#include "app/topodata/options.h"
+
+namespace topomine {
 
 namespace {
 
@@ -52,7 +54,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_partage(CLI::App& app) {
+void ajouter_partage(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("partage", "Partage la table en deux fichiers");
   options_cible(*c, o->cible);
@@ -70,3 +72,5 @@ void ajouter_partage(CLI::App& app) {
       "  topodata partage cas/ nrm --ratio 0.8 --graine 7 -o essai");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

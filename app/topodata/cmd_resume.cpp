@@ -6,10 +6,12 @@
 #include <memory>
 #include <string_view>
 
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
 #include "base/base.h"
-#include "commandes.h"
-#include "commun.h"
 #include "dataset/csv.h"
+
+namespace topomine {
 
 namespace {
 
@@ -125,7 +127,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_resume(CLI::App& app) {
+void ajouter_resume(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("resume", "Resume les attributs de la table et les bases");
   options_cible(*c, o->cible);
@@ -136,3 +138,5 @@ void ajouter_resume(CLI::App& app) {
       "  topodata resume cas/ nrm --bases mesh_case_2,mesh_case_6");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

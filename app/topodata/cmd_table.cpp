@@ -3,8 +3,10 @@
 #include <memory>
 #include <optional>
 
-#include "commandes.h"
-#include "commun.h"
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
+
+namespace topomine {
 
 namespace {
 
@@ -30,7 +32,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_table(CLI::App& app) {
+void ajouter_table(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("table", "Ecrit la table : un exemple par bloc");
   options_cible(*c, o->cible);
@@ -45,3 +47,5 @@ void ajouter_table(CLI::App& app) {
       "  topodata table cas/ nrm --normalise --format csv --cache base,ident -o table.csv");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

@@ -2,9 +2,11 @@
 #include <iostream>
 #include <memory>
 
-#include "commandes.h"
-#include "commun.h"
-#include "dataset/verifie.h"
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
+#include "verifie/regles.h"
+
+namespace topomine {
 
 namespace {
 
@@ -63,3 +65,5 @@ void ajouter_verifie(CLI::App& app, int& statut) {
       "  topodata verifie cas/ nrm --bases mesh_case_2");
   c->callback([o, &statut] { statut = executer(*o); });
 }
+
+}  // namespace topomine

@@ -6,10 +6,12 @@
 #include <optional>
 #include <string_view>
 
+#include "app/topodata/commandes.h"
+#include "app/topodata/construction.h"
 #include "base/base.h"
-#include "commandes.h"
-#include "commun.h"
 #include "mesh/numbering.h"
+
+namespace topomine {
 
 namespace {
 
@@ -146,7 +148,7 @@ void executer(Options& o) {
 
 }  // namespace
 
-void ajouter_voir(CLI::App& app) {
+void ajouter_voir(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("voir", "Montre ce que contient une base");
   options_cible(*c, o->cible, false);
@@ -162,3 +164,5 @@ void ajouter_voir(CLI::App& app) {
       "  topodata voir cas/ nrm mesh_case_2 --sorte bloc --element 3 --voisins 3");
   c->callback([o] { executer(*o); });
 }
+
+}  // namespace topomine

@@ -1,4 +1,4 @@
-#include "gnuplot.h"
+#include "app/topodata/gnuplot.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -10,7 +10,9 @@
 #include <memory>
 #include <system_error>
 
-#include "sortie.h"
+#include "app/topodata/sortie.h"
+
+namespace topomine {
 
 namespace {
 
@@ -79,3 +81,5 @@ void dessiner(const std::string& script, const std::string& image) {
   const std::string dit = plainte(erreurs.get());
   throw Erreur(dit.empty() ? "gnuplot a echoue" : "gnuplot a echoue : " + dit);
 }
+
+}  // namespace topomine

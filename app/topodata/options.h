@@ -4,7 +4,9 @@
 #include <map>
 #include <string>
 
-#include "base/releve.h"
+#include "verifie/releve.h"
+
+namespace topomine {
 
 /// Adds an option whose value is one of the words of `mots`, read into `valeur` as what the word
 /// stands for. Any other text is a usage error that lists the words.
@@ -29,3 +31,5 @@ inline std::string entier_naturel(const std::string& texte) {
   const auto v = entier_strict(texte);
   return v && *v >= 0 ? std::string() : "attendu : un entier, 0 ou plus";
 }
+
+}  // namespace topomine

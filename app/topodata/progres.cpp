@@ -1,8 +1,10 @@
-#include "progres.h"
+#include "app/topodata/progres.h"
 
 #include <unistd.h>
 
 #include <chrono>
+
+namespace topomine {
 
 namespace {
 
@@ -68,3 +70,5 @@ void Progres::montrer() {
   }
   if (visible_) ecrire_ligne("");
 }
+
+}  // namespace topomine

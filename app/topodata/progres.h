@@ -5,6 +5,8 @@
 #include <string>
 #include <thread>
 
+namespace topomine {
+
 /// A line on standard error that says what is being done: only on a terminal, once the work has
 /// lasted over a second, and wiped away at the end. A thread writes it, since the library cannot be
 /// asked how far it is; it is not even started elsewhere than on a terminal.
@@ -34,3 +36,5 @@ class Progres {
   std::condition_variable reveil_;
   std::thread fil_;
 };
+
+}  // namespace topomine

@@ -1,4 +1,4 @@
-#include "sortie.h"
+#include "app/topodata/sortie.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,6 +15,8 @@
 #include <filesystem>
 #include <iostream>
 #include <system_error>
+
+namespace topomine {
 
 namespace {
 
@@ -131,3 +133,5 @@ void Sortie::conclure() {
   rayer(provisoire_);
   provisoire_.clear();
 }
+
+}  // namespace topomine

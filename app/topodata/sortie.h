@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace topomine {
+
 /// Ends a command with its text as one line on standard error, and status 2.
 struct Erreur : std::runtime_error {
   using std::runtime_error::runtime_error;
@@ -39,3 +41,5 @@ class Sortie {
   std::ofstream flux_;
   bool ferme_ = false;
 };
+
+}  // namespace topomine

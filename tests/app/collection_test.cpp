@@ -9,6 +9,8 @@
 #include "tests/support/dossier.h"
 #include "tests/support/execution.h"
 
+using namespace topomine;
+
 namespace fs = std::filesystem;
 
 namespace {

@@ -15,6 +15,8 @@
 #endif
 #if defined(__SANITIZE_ADDRESS__) || defined(SOUS_ASAN)
 #include <sanitizer/lsan_interface.h>
+
+using namespace topomine;
 #else
 static void __lsan_disable() {}
 static void __lsan_enable() {}

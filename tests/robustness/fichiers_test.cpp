@@ -17,6 +17,8 @@
 #include "tests/support/cas.h"
 #include "tests/support/dossier.h"
 
+using namespace topomine;
+
 // What may happen to a file between its opening and its reading. The stream's reads end in read(2),
 // for which the one below stands in.
 

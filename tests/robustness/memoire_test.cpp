@@ -12,6 +12,8 @@
 #include "tests/support/cas.h"
 #include "tests/support/dossier.h"
 
+using namespace topomine;
+
 // Every allocation of an operation is refused in turn. It must answer by its result; if it claims
 // success all the same, its result must be the right one.
 

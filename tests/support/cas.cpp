@@ -1,5 +1,7 @@
 #include "tests/support/cas.h"
 
+using namespace topomine;
+
 namespace {
 
 void faire_vrtx(Cas& cas, const Cle& c) {

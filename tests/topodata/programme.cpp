@@ -1,4 +1,4 @@
-#include "programme.h"
+#include "tests/topodata/programme.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -6,8 +6,10 @@
 #include <regex>
 
 #include "base/base.h"
-#include "base/charge.h"
+#include "base/lecture/chargement.h"
 #include "dataset/schema.h"
+
+using namespace topomine;
 
 namespace fs = std::filesystem;
 

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <string>
 
+using namespace topomine;
+
 namespace {
 
 /// While it lives, standard error is a terminal of the test's own.

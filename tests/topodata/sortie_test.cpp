@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "programme.h"
+#include "tests/topodata/programme.h"
 
 namespace fs = std::filesystem;
 

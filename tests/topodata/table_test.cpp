@@ -7,7 +7,9 @@
 
 #include "dataset/csv.h"
 #include "dataset/schema.h"
-#include "programme.h"
+#include "tests/topodata/programme.h"
+
+using namespace topomine;
 
 namespace {
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <sstream>
 
-#include "base/releve.h"
-#include "programme.h"
+#include "tests/topodata/programme.h"
+#include "verifie/releve.h"
+
+using namespace topomine;
 
 namespace {
 

@@ -6,8 +6,10 @@
 #include <sstream>
 
 #include "base/base.h"
-#include "base/charge.h"
-#include "programme.h"
+#include "base/lecture/chargement.h"
+#include "tests/topodata/programme.h"
+
+using namespace topomine;
 
 namespace {
 

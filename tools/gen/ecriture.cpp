@@ -1,10 +1,10 @@
-#include "ecriture.h"
+#include "tools/gen/ecriture.h"
 
 #include <algorithm>
 #include <span>
 
-#include "hexaedre.h"
 #include "sortie.h"
+#include "tools/gen/hexaedre.h"
 
 namespace gen {
 

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "maillage.h"
+#include "tools/gen/maillage.h"
 
 namespace gen {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "vec.h"
+#include "tools/gen/vec.h"
 
 namespace gen {
 

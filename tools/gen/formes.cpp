@@ -1,7 +1,7 @@
 // The eight shapes, as data.
 #include <stdexcept>
 
-#include "forme.h"
+#include "tools/gen/forme.h"
 
 namespace gen {
 

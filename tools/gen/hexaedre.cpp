@@ -1,4 +1,4 @@
-#include "hexaedre.h"
+#include "tools/gen/hexaedre.h"
 
 #include <algorithm>
 

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "vec.h"
+#include "tools/gen/vec.h"
 
 namespace gen {
 

@@ -1,7 +1,7 @@
 // From the parameters of a zone to a point of space.
 #include <numbers>
 
-#include "forme.h"
+#include "tools/gen/forme.h"
 
 namespace gen {
 

@@ -1,6 +1,6 @@
 // Cutting of a shape. Blocks go layer by layer along the sweep; the last layer stops
 // at the number asked for, and the faces so left bare form a patch of their own.
-#include "maillage.h"
+#include "tools/gen/maillage.h"
 
 #include <algorithm>
 #include <unordered_map>

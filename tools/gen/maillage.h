@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "forme.h"
+#include "tools/gen/forme.h"
 
 namespace gen {
 

@@ -1,0 +1,31 @@
+#include "base/lecture/fichier.h"
+
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+namespace topomine {
+
+namespace {
+
+/// Room that readers may append to a text without having it copied.
+constexpr std::size_t marge = 16;
+
+}  // namespace
+
+Lecture lire_fichier(const std::string& nom, std::string& contenu) {
+  std::error_code erreur;
+  const std::filesystem::file_status etat = std::filesystem::status(nom, erreur);
+  if (!std::filesystem::exists(etat)) return Lecture::absente;
+  if (!std::filesystem::is_regular_file(etat)) return Lecture::impossible;
+  std::ifstream flux(nom, std::ios::in | std::ios::binary);
+  if (!flux) return Lecture::absente;
+  const std::uintmax_t taille = std::filesystem::file_size(nom, erreur);
+  contenu.reserve(static_cast<std::size_t>(erreur ? 0 : taille) + marge);
+  contenu.resize(erreur ? 0 : static_cast<std::size_t>(taille));
+  flux.read(contenu.data(), static_cast<std::streamsize>(contenu.size()));
+  contenu.resize(static_cast<std::size_t>(flux.gcount()));  // it may have shrunk meanwhile
+  return flux.bad() ? Lecture::impossible : Lecture::faite;
+}
+
+}  // namespace topomine
