@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace topomine {
+
+/// A square of numbers as texts, row by row, "NaN" where an attribute is not numeric, with the
+/// names of its rows and columns.
+struct Matrice {
+  std::vector<std::string> noms, cellules;
+};
+
+/// The words of a heat map.
+struct Legende {
+  std::string titre;
+  std::string couleurs;  ///< what the colours stand for
+};
+
+/// Throws Erreur unless a picture may have this name: it ends in .png or .svg.
+void controler_nom_image(const std::string& nom);
+
+/// Draws a matrix as a heat map into the file `nom`, all or nothing. Throws Erreur when there is
+/// nothing to draw, or when gnuplot or the file does not do.
+void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom);
+
+}  // namespace topomine
