@@ -12,6 +12,7 @@ void assurer_flux_standards() {
     if (fcntl(flux, F_GETFD) == -1 && open("/dev/null", O_RDWR) == -1) break;
   }
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 }
 
 }  // namespace topomine

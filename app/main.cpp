@@ -5,13 +5,13 @@
 #include <cstdlib>
 #include <ctime>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <new>
 #include <string>
 
 #include "app/flux_standards.h"
+#include "app/sauvegarde.h"
 #include "base/base.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
@@ -21,15 +21,6 @@ using namespace topomine;
 namespace {
 
 enum Statut { termine = 0, mauvais_arguments = 1, base_non_chargee = 2 };
-
-/// Writes the matrix; false when it could not be written to its end.
-bool sauvegarder(const BaseBuffer& table, const std::string& fichier) {
-  std::ofstream flux(fichier, std::ios::out | std::ios::trunc);
-  if (!flux) return false;
-  table.mat_cov(flux);
-  flux.close();
-  return flux.good();
-}
 
 /// The document of one file is as large as that of the next: the memory that it leaves is kept, not
 /// handed back to the system and asked for again a few hundred times.

@@ -189,17 +189,45 @@ TEST(Run, BadConfigurationFolderOrElement) {
   EXPECT_FALSE(fs::exists(d.chemin() + d.cov));
 }
 
-TEST(Run, MatrixThatCannotBeSaved) {
+TEST(Run, TheMatrixIsSavedOrTheOldOneStays) {
+  constexpr char calcule[] = "fin...\n";  // only what opens is computed
+  const struct {
+    std::string avant;  // by a shell; $c is the name of the matrix
+    std::string dit, suite;
+    std::string reste;  // what stands under that name; # is the matrix
+  } cas[] = {
+      {"mkdir $c", "", echoue, ""},
+      {"ln -s global.cov $c", "", echoue, ""},
+      {"mkfifo $c", "", echoue, ""},
+      {"mkfifo $c; exec 3<>$c", calcule, enregistre, ""},
+      {"ln -s /dev/full $c", calcule, echoue, ""},
+      {"ln -s /dev/null $c", calcule, enregistre, ""},
+      {"ln -s autre $c", calcule, enregistre, "#"},
+      {"seq 10000 > $c", calcule, enregistre, "#"},
+      {"ulimit -f 8", calcule, echoue, ""},
+      {"echo vieux > $c; ulimit -f 8", calcule, echoue, "vieux\n"},
+  };
+  for (const auto& c : cas) {
+    const Donnees d;
+    const std::string script = "c=" + d.cov + "; export GCOV_PREFIX=/dev/null; (" + c.avant +
+                               "; exec timeout 20 \"$@\" 2>&1 >/dev/null) | tail -n 2";
+    const Resultat r =
+        lancer("/bin/sh", d.chemin(), {"-c", script, "sh", TOPOMINE_PROGRAM, d.data, "nrm", "out"});
+    EXPECT_EQ(r.sortie, c.dit + c.suite + d.cov + "\n") << c.avant;
+    if (std::error_code e; fs::is_regular_file(d.chemin() + d.cov, e)) {
+      EXPECT_TRUE(d.lire(d.cov) == (c.reste == "#" ? matrice().fichier : c.reste)) << c.avant;
+    }
+  }
+  // Killed while it says how far it is: it has opened the file, and is kept from going on.
   const Donnees d;
-  fs::create_directory(d.chemin() + d.cov);  // cannot be opened: no progress lines
-  Resultat r = d.lancer_ici();
-  EXPECT_EQ(r.statut, 0);
-  EXPECT_EQ(r.erreur, echoue + d.cov + "\n");
-  fs::remove(d.chemin() + d.cov);
-  fs::create_symlink("/dev/full", d.chemin() + d.cov);
-  r = d.lancer_ici();
-  EXPECT_EQ(r.statut, 0);
-  EXPECT_EQ(r.erreur, matrice().progres + echoue + d.cov + "\n");
+  d.ecrire(d.cov, "vieux");
+  const std::string script =
+      "mkfifo e; exec 3<>e; \"$@\" 2>e >/dev/null & read l <&3; kill -9 $!; wait; echo $l";
+  EXPECT_EQ(
+      lancer("/bin/sh", d.chemin(), {"-c", script, "sh", TOPOMINE_PROGRAM, d.data, "nrm", "out"})
+          .sortie,
+      "Creation matrice de covariance...\n");
+  EXPECT_EQ(d.lire(d.cov), "vieux");
 }
 
 TEST(Run, MatrixComesWholeWithoutConsole) {

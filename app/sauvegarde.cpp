@@ -1,0 +1,60 @@
+#include "app/sauvegarde.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <sstream>
+
+namespace topomine {
+
+namespace {
+
+/// Without O_NONBLOCK, opening a pipe would wait for its reader, for ever if need be. Only the
+/// opening must not wait.
+int ouvrir(const std::string& fichier) {
+  const int f = open(fichier.c_str(), O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+  if (f >= 0) fcntl(f, F_SETFL, fcntl(f, F_GETFL) & ~O_NONBLOCK);
+  return f;
+}
+
+/// Whether a regular file can take so many bytes. Where the system cannot say, it can.
+bool place_pour(int f, off_t taille) {
+  rlimit limite{};
+  if (getrlimit(RLIMIT_FSIZE, &limite) == 0 && limite.rlim_cur != RLIM_INFINITY &&
+      limite.rlim_cur < static_cast<rlim_t>(taille))
+    return false;
+  return fallocate(f, FALLOC_FL_KEEP_SIZE, 0, taille) == 0 ||
+         (errno != ENOSPC && errno != EDQUOT && errno != EFBIG);
+}
+
+bool ecrire(int f, const std::string& texte) {
+  struct stat etat {};
+  const bool fichier = fstat(f, &etat) == 0 && S_ISREG(etat.st_mode);
+  if (fichier && !place_pour(f, static_cast<off_t>(texte.size()))) return false;
+  // Over the old text and then cut to its length: the file is never empty in between.
+  std::size_t ecrits = 0;
+  while (ecrits < texte.size()) {
+    const ssize_t n = write(f, texte.data() + ecrits, texte.size() - ecrits);
+    if (n < 0 && errno == EINTR) continue;
+    if (n <= 0) break;
+    ecrits += static_cast<std::size_t>(n);
+  }
+  const bool coupe = !fichier || ftruncate(f, static_cast<off_t>(ecrits)) == 0;
+  return coupe && ecrits == texte.size();
+}
+
+}  // namespace
+
+bool sauvegarder(const BaseBuffer& table, const std::string& fichier) {
+  const int f = ouvrir(fichier);
+  if (f < 0) return false;
+  std::ostringstream matrice;
+  table.mat_cov(matrice);
+  const bool ecrit = matrice.good() && ecrire(f, matrice.str());
+  return close(f) == 0 && ecrit;
+}
+
+}  // namespace topomine
