@@ -33,14 +33,15 @@ void cible_conversion(std::string_view entree) {
   verifier_ecriture<double>(entree);
   verifier_ecriture<int>(entree);
   FluxNombres nombres;
-  Modele modele;
+  FluxCaracteres caracteres;
+  Modele modele, modele_caracteres;
   while (!entree.empty()) {
     const char sorte = entree[0];
     entree.remove_prefix(1);
     const std::string_view texte = entree.substr(0, entree.find(separateur));
     entree.remove_prefix(std::min(texte.size() + 1, entree.size()));
     if (sorte == 'c')
-      PROMET(nombres.caractere(texte) == modele.caractere(texte));
+      PROMET(caracteres.caractere(texte) == modele_caracteres.caractere(texte));
     else if (sorte == 'e')
       PROMET(nombres.entier(texte) == modele.entier(texte));
     else

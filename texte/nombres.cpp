@@ -1,10 +1,14 @@
 #include "texte/nombres.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <deque>
+#include <istream>
 #include <locale>
+#include <streambuf>
 #include <system_error>
 
 namespace topomine {
@@ -77,24 +81,96 @@ bool est_un_reel(std::string_view texte) {
   return lire_seul(texte, valeur);
 }
 
-template <class T>
-void FluxNombres::lire_flux(std::string_view texte, T& valeur) {
-  if (!flux_) {
-    flux_ = std::make_unique<std::stringstream>();
-    flux_->imbue(std::locale::classic());
-    // A stream that lacks memory would keep it to itself and read nothing: a wrong number.
-    flux_->exceptions(std::ios_base::badbit);
-  } else if (!reste_) {
-    flux_->str({});
+namespace {
+
+constexpr std::string_view blancs = " \t\n\v\f\r";  // those of the "C" locale
+
+/// Texts one behind the other, read where they stand.
+class TextesEnchaines : public std::streambuf {
+ public:
+  void ajouter(std::string_view texte) {
+    if (!texte.empty()) textes_.push_back(texte);
   }
-  flux_->clear();
-  *flux_ << texte;
-  // Not straight into `valeur`: a failed read writes 0, or the limit on overflow.
-  if (T lu{}; *flux_ >> lu) valeur = lu;
-  reste_ = flux_->rdbuf()->in_avail() > 0;
+  /// Passes the blanks, which no read of a number minds; what stands first then, eof at the end.
+  int_type premier() {
+    do {
+      const std::string_view vus(gptr(), static_cast<std::size_t>(egptr() - gptr()));
+      const std::size_t n = std::min(vus.find_first_not_of(blancs), vus.size());
+      setg(eback(), gptr() + n, egptr());
+      if (gptr() != egptr()) return traits_type::to_int_type(*gptr());
+    } while (underflow() != traits_type::eof());
+    return traits_type::eof();
+  }
+
+ protected:
+  int_type underflow() override {
+    if (gptr() != egptr()) return traits_type::to_int_type(*gptr());
+    if (textes_.empty()) return traits_type::eof();
+    const std::string_view texte = textes_.front();
+    textes_.pop_front();
+    char* const debut = const_cast<char*>(texte.data());  // a get area is never written to
+    setg(debut, debut, debut + texte.size());
+    return traits_type::to_int_type(*debut);
+  }
+
+ private:
+  std::deque<std::string_view> textes_;
+};
+
+bool commence_un_nombre(int c) {
+  return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
 }
 
-template void FluxNombres::lire_flux(std::string_view, char&);
+/// Without the blanks around it, nor a plus sign before a digit, which a stream takes too.
+std::string_view depouiller(std::string_view texte) {
+  texte.remove_prefix(std::min(texte.find_first_not_of(blancs), texte.size()));
+  texte.remove_suffix(texte.size() - (texte.find_last_not_of(blancs) + 1));
+  if (texte.size() > 1 && texte[0] == '+' && texte[1] != '-') texte.remove_prefix(1);
+  return texte;
+}
+
+template <class T>
+std::errc convertir(std::string_view texte, T& valeur) {
+  const char* const fin = texte.data() + texte.size();
+  const auto [arret, erreur] = std::from_chars(texte.data(), fin, valeur);
+  return arret != fin ? std::errc::invalid_argument : erreur;  // out of range, more may follow
+}
+
+template <class T>
+std::optional<T> entier_entier(std::string_view texte) {
+  T v = 0;
+  if (convertir(depouiller(texte), v) != std::errc{}) return {};
+  return v;
+}
+
+}  // namespace
+
+struct FluxNombres::Flux {
+  TextesEnchaines textes;
+  std::istream lecture{&textes};
+};
+
+FluxNombres::FluxNombres() = default;
+FluxNombres::~FluxNombres() = default;
+
+template <class T>
+void FluxNombres::lire_flux(std::string_view texte, T& valeur) {
+  if (bouche_) return;
+  if (!flux_) {
+    flux_ = std::make_unique<Flux>();
+    flux_->lecture.imbue(std::locale::classic());
+    // A stream that lacks memory would keep it to itself and read nothing: a wrong number.
+    flux_->lecture.exceptions(std::ios_base::badbit);
+  }
+  flux_->textes.ajouter(texte);
+  flux_->lecture.clear();
+  // Not straight into `valeur`: a failed read writes 0, or the limit on overflow.
+  if (T lu{}; flux_->lecture >> lu) valeur = lu;
+  const int premier = flux_->textes.premier();
+  reste_ = premier != std::char_traits<char>::eof();
+  bouche_ = reste_ && !commence_un_nombre(premier);
+  if (bouche_) flux_.reset();
+}
 
 void FluxNombres::lire(std::string_view texte, int& valeur) {
   if (reste_ || !est_un_nombre(texte, valeur)) lire_flux(texte, valeur);
@@ -102,6 +178,40 @@ void FluxNombres::lire(std::string_view texte, int& valeur) {
 
 void FluxNombres::lire(std::string_view texte, double& valeur) {
   if (reste_ || !lire_seul(texte, valeur)) lire_flux(texte, valeur);
+}
+
+char FluxCaracteres::caractere(std::string_view texte) {
+  if (lus_ > reste_.size() / 2) {
+    reste_.erase(0, lus_);
+    lus_ = 0;
+  }
+  reste_ += texte;
+  lus_ = std::min(reste_.find_first_not_of(blancs, lus_), reste_.size());
+  if (lus_ < reste_.size()) caractere_ = reste_[lus_++];
+  return caractere_;
+}
+
+std::optional<int> entier_strict(std::string_view texte) {
+  return entier_entier<int>(texte);
+}
+
+std::optional<std::int64_t> entier_long_strict(std::string_view texte) {
+  return entier_entier<std::int64_t>(texte);
+}
+
+std::optional<double> reel_strict(std::string_view texte) {
+  const std::string_view nu = depouiller(texte);
+  double v = 0.0;
+  const std::errc erreur = convertir(nu, v);
+  if (erreur == std::errc::result_out_of_range) {
+    // Too large for a stream, too, which keeps the number before; or too small, and read as 0.
+    FluxNombres nombres;
+    nombres.reel("1");
+    if (v = nombres.reel(nu); v == 1.0) return {};
+  } else if (erreur != std::errc{} || !std::isfinite(v)) {
+    return {};
+  }
+  return v;
 }
 
 void ajouter_nombre(std::string& texte, double valeur) {

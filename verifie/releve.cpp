@@ -1,11 +1,7 @@
 #include "verifie/releve.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "base/lecture/fichier.h"
@@ -15,22 +11,6 @@
 namespace topomine {
 
 namespace {
-
-/// Without the blanks around it, nor a plus sign before a digit, which a stream takes too.
-std::string_view depouiller(std::string_view texte) {
-  constexpr std::string_view blancs = " \t\r\n\v\f";
-  texte.remove_prefix(std::min(texte.find_first_not_of(blancs), texte.size()));
-  texte.remove_suffix(texte.size() - (texte.find_last_not_of(blancs) + 1));
-  if (texte.size() > 1 && texte[0] == '+' && texte[1] != '-') texte.remove_prefix(1);
-  return texte;
-}
-
-template <class T>
-std::errc convertir(std::string_view texte, T& valeur) {
-  const char* const fin = texte.data() + texte.size();
-  const auto [arret, erreur] = std::from_chars(texte.data(), fin, valeur);
-  return arret != fin ? std::errc::invalid_argument : erreur;  // out of range, more may follow
-}
 
 /// Why the parser refuses a document, by its error number. The others it keeps to itself: they come
 /// after one of these, and the first error counts.
@@ -113,23 +93,6 @@ void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
   if (f == fic_def) return l.relever(lecteur, *racine);
   for (const TiXmlNode* n = racine->FirstChild(); n; n = n->NextSibling())
     if (lecteur.suivante(*n)) l.relever(lecteur, *n);
-}
-
-std::optional<int> entier_strict(const std::string& texte) {
-  int v = 0;
-  if (convertir(depouiller(texte), v) != std::errc{}) return {};
-  return v;
-}
-
-std::optional<double> reel_strict(const std::string& texte) {
-  const std::string_view nu = depouiller(texte);
-  double v = 0.0;
-  const std::errc erreur = convertir(nu, v);
-  // Out of range may be too small: that reads as 0, and is a number.
-  if (erreur == std::errc::result_out_of_range) v = std::strtod(std::string(nu).c_str(), nullptr);
-  if ((erreur != std::errc{} && erreur != std::errc::result_out_of_range) || !std::isfinite(v))
-    return {};
-  return v;
 }
 
 int Releve::ligne(Fichier f, int numero) const {

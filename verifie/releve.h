@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/base.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -64,10 +65,5 @@ struct ReleveConfig {
 };
 
 ReleveConfig relever_config(const std::string& chemin);
-
-/// The number that a text wholly is, blanks around it apart; nothing when anything else is in it
-/// or the number is out of range.
-std::optional<int> entier_strict(const std::string& texte);
-std::optional<double> reel_strict(const std::string& texte);
 
 }  // namespace topomine

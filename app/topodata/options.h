@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "verifie/releve.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 

@@ -1,5 +1,6 @@
 #include "base/lecture/climite.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -35,10 +36,11 @@ bool prendre_ligne(std::string_view& texte, std::string_view& ligne) {
 
 /// The fields of a line, each ended by ";", leading blanks removed. Throws when the last field
 /// lacks its ";": only blanks and a carriage return may follow the last one.
-std::vector<std::string> couper(std::string_view ligne) {
-  std::vector<std::string> champs;
+std::vector<std::string_view> couper(std::string_view ligne) {
+  std::vector<std::string_view> champs;
   for (std::size_t fin; (fin = ligne.find(';')) != std::string_view::npos;) {
-    clear_blk(champs.emplace_back(ligne.substr(0, fin)));
+    std::string_view& champ = champs.emplace_back(ligne.substr(0, fin));
+    champ.remove_prefix(std::min(champ.find_first_not_of(" \t"), champ.size()));
     ligne.remove_prefix(fin + 1);
   }
   if (ligne.find_first_not_of(" \t\r") != std::string_view::npos)
@@ -62,18 +64,23 @@ bool topomine::parcourir_climite(std::string_view texte) {
     return false;
   }
   // The rows go by this header; list_attr keeps the names of a reading that failed before it.
-  const std::vector<std::string> colonnes = couper(ligne);
+  const std::vector<std::string_view> entete = couper(ligne);
+  const std::vector<std::string> colonnes(entete.begin(), entete.end());
   Base::list_attr.insert(Base::list_attr.end(), colonnes.begin(), colonnes.end());
 
   // One row map and one conversion for all the rows: a short row keeps the values of the row above,
   // and what a code leaves unread spoils the codes below.
-  std::map<std::string, std::string> rangee;
+  std::map<std::string, std::string> rangee{{colonne_code, {}}};
+  std::string_view texte_code;
   FluxNombres nombres;
   while (prendre_ligne(texte, ligne)) {
-    std::vector<std::string> champs = couper(ligne);
+    const std::vector<std::string_view> champs = couper(ligne);
     if (champs.size() > colonnes.size()) throw std::runtime_error("champ sans colonne");
-    for (std::size_t n = 0; n < champs.size(); ++n) rangee[colonnes[n]] = std::move(champs[n]);
-    const int code = nombres.entier(rangee[colonne_code]);
+    for (std::size_t n = 0; n < champs.size(); ++n) {
+      rangee[colonnes[n]] = champs[n];
+      if (colonnes[n] == colonne_code) texte_code = champs[n];
+    }
+    const int code = nombres.entier(texte_code);
     Base::list_CLim[code] = rangee;
   }
   return true;

@@ -88,7 +88,7 @@ class Parcours {
                    std::string_view avertissement);
 
   char caractere(const TiXmlNode& parent, const char* nom) {
-    return nombres_.caractere(texte(enfant(parent, nom)));
+    return caracteres_.caractere(texte(enfant(parent, nom)));
   }
 
   [[noreturn]] void faute(const char* expr, const TiXmlNode* parent, std::string_view nom) const;
@@ -100,6 +100,7 @@ class Parcours {
   int rang_ = 0;
   std::optional<int> numero_;
   FluxNombres nombres_;  // one conversion for the whole reading
+  FluxCaracteres caracteres_;
 };
 
 /// True when the node's value begins with `debut`.

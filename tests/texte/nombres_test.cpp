@@ -5,6 +5,7 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <deque>
 #include <limits>
 #include <random>
 #include <sstream>
@@ -62,10 +63,12 @@ TEST(Conversion, ReadsAsTheStreamOverRandomTexts) {
   Alea alea(20240611);
   for (int lecture = 0; lecture < 40000; ++lecture) {
     FluxNombres nombres;
-    Modele flux;
+    FluxCaracteres caracteres;
+    Modele flux, flux_caracteres;
+    std::deque<std::string> textes;  // a text outlives the reading
     std::string vus;
     for (unsigned n = 1 + tirer(alea, 6); n > 0; --n) {
-      const std::string t = texte_au_hasard(alea);
+      const std::string& t = textes.emplace_back(texte_au_hasard(alea));
       const unsigned sorte = tirer(alea, 9);
       vus += " " + std::string(sorte < 4 ? "int" : sorte < 8 ? "real" : "char") + "'" + t + "'";
       if (sorte < 4)
@@ -73,9 +76,21 @@ TEST(Conversion, ReadsAsTheStreamOverRandomTexts) {
       else if (sorte < 8)
         ASSERT_PRED2(memes_bits, nombres.reel(t), flux.reel(t)) << vus;
       else
-        ASSERT_EQ(nombres.caractere(t), flux.caractere(t)) << vus;
+        ASSERT_EQ(caracteres.caractere(t), flux_caracteres.caractere(t)) << vus;
     }
   }
+}
+
+TEST(Conversion, StrictReadingTakesAWholeDecimalNumber) {
+  for (const char* texte : {"12", " 12 ", "+12", "0012"}) EXPECT_EQ(entier_strict(texte), 12);
+  for (const char* texte : {"", " ", "1 2", "12a", "1.0", "0x10", "--1", "+-1", "99999999999"})
+    EXPECT_FALSE(entier_strict(texte)) << texte;
+  EXPECT_EQ(entier_long_strict("99999999999"), 99999999999);
+  EXPECT_FALSE(entier_long_strict("99999999999999999999"));
+  EXPECT_EQ(reel_strict(" -1.5e3 "), -1500.0);
+  for (const char* texte : {"1e-999", "0e9999999999"}) EXPECT_EQ(reel_strict(texte), 0.0);
+  for (const char* texte : {"", "1,5", "nan", "-inf", "1e999", "0x1p3", "1e", ".", "1e-999.5"})
+    EXPECT_FALSE(reel_strict(texte)) << texte;
 }
 
 TEST(Conversion, WritesAsADefaultStream) {

@@ -223,13 +223,3 @@ TEST(Verifie, SortsByBaseFileAndLineAndCounts) {
   }
   EXPECT_TRUE(r.erreur.ends_with(", 1 avertissement(s)\n")) << r.erreur;
 }
-
-TEST(Verifie, ReadsNumbersAsStrictlyAsItSays) {
-  for (const char* texte : {"12", " 12 ", "+12", "0012"}) EXPECT_EQ(entier_strict(texte), 12);
-  for (const char* texte : {"", " ", "1 2", "12a", "1.0", "0x10", "--1", "+-1", "99999999999"})
-    EXPECT_FALSE(entier_strict(texte)) << texte;
-  EXPECT_EQ(reel_strict(" -1.5e3 "), -1500.0);
-  EXPECT_EQ(reel_strict("1e-999"), 0.0);
-  for (const char* texte : {"", "1,5", "nan", "-inf", "1e999", "0x1p3", "1e", ".", "1e-999.5"})
-    EXPECT_FALSE(reel_strict(texte)) << texte;
-}
