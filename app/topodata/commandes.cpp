@@ -9,6 +9,7 @@
 #include <string>
 
 #include "app/topodata/sortie.h"
+#include "topomine/version.h"
 
 namespace topomine {
 

@@ -1,0 +1,41 @@
+# What `cmake --install` puts where: the programs, and what it takes to link the library.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(dossier_cmake ${CMAKE_INSTALL_LIBDIR}/cmake/topomine)
+
+install(TARGETS topomine make_cases
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programmes)
+if(TARGET topodata)
+  install(TARGETS topodata RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programmes)
+endif()
+
+install(TARGETS topomine_lib EXPORT topomineTargets
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT developpement)
+foreach(header IN LISTS public_headers)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES ${header}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/topomine/${folder} COMPONENT developpement)
+endforeach()
+install(FILES ${PROJECT_BINARY_DIR}/include/topomine/version.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/topomine COMPONENT developpement)
+
+install(EXPORT topomineTargets NAMESPACE topomine::
+  DESTINATION ${dossier_cmake} COMPONENT developpement)
+configure_package_config_file(cmake/topomineConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/topomineConfig.cmake INSTALL_DESTINATION ${dossier_cmake})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/topomineConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/topomineConfig.cmake
+  ${PROJECT_BINARY_DIR}/topomineConfigVersion.cmake
+  cmake/FindTinyXML.cmake
+  DESTINATION ${dossier_cmake} COMPONENT developpement)
+
+# From the .pc file back to the prefix: the tree can be moved as a whole.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+  BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig
+  OUTPUT_VARIABLE RETOUR_AU_PREFIXE)
+configure_file(cmake/topomine.pc.in ${PROJECT_BINARY_DIR}/topomine.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/topomine.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT developpement)
