@@ -43,7 +43,9 @@ class Base {
   Base(std::string nom, std::string chemin, std::string type);
 
   // --- Settings
+  bool _disp() const { return disp; }
   bool _disp(bool v) { return disp = v; }
+  std::string _type() const { return type; }
   /// Sets `type` to the first of "ext", "min", "nrm" that t begins with and returns it; returns ""
   /// and leaves `type` when there is none.
   std::string _type(const std::string& t);

@@ -1,7 +1,9 @@
-#include <algorithm>
-#include <map>
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "base/base.h"
@@ -48,28 +50,40 @@ std::vector<int> Base::BC_blk_edge(int b) const {
 }
 
 int Base::maj_typeC() {
-  std::vector<std::string> familles_C;
+  std::set<std::string, std::less<>> familles_C;
   for (const auto& [famille, piece] : pieces) {
-    if (piece._topology() == 'C') familles_C.push_back(piece._fam_BC());
+    if (piece._topology() == 'C') familles_C.insert(piece._fam_BC());
   }
   if (familles_C.empty()) return 1;
   // An unknown code has the empty family, and so can match a piece whose family is empty.
-  std::map<int, bool> code_C;
+  std::unordered_map<int, bool> code_C;
   const std::string colonne_famille = "Family";
   const auto est_C = [&](int code) {
     const auto [place, nouveau] = code_C.try_emplace(code, false);
     if (nouveau) {
       const std::string* valeur = chercher_CL(code, colonne_famille);
       const std::string_view famille = valeur ? std::string_view(*valeur) : std::string_view();
-      place->second = std::ranges::count(familles_C, famille) > 0;
+      place->second = familles_C.contains(famille);
     }
     return place->second;
   };
+  const auto porte_C = [&](const auto& entite) {
+    for (int i = 0; i < entite.nb_BC(); ++i)
+      if (est_C(entite._BC(i))) return true;
+    return false;
+  };
+  // Each list of codes is looked through once, however many blocks see it.
+  std::unordered_set<int> edges_C, faces_C;
+  for (const auto& [numero, edge] : edges)
+    if (porte_C(edge)) edges_C.insert(numero);
+  for (const auto& [numero, face] : faces) {
+    bool voit = porte_C(face);
+    for (int j = 0; j < face.nb_edge() && !voit; ++j) voit = edges_C.contains(face._edge(j));
+    if (voit) faces_C.insert(numero);
+  }
   for (auto& [numero, bloc] : blocs) {
-    if (bloc._typeC()) continue;
-    if (std::ranges::any_of(BC_blk_face(numero), est_C) ||
-        std::ranges::any_of(BC_blk_edge(numero), est_C))
-      bloc._typeC(true);
+    for (int i = 0; i < bloc.nb_face() && !bloc._typeC(); ++i)
+      if (const int f = bloc._face(i); f != 0 && faces_C.contains(f)) bloc._typeC(true);
   }
   return 1;
 }

@@ -41,9 +41,9 @@ void BaseBuffer::init() {
   for (const Attribut& a : schema) add_attr(std::string(a.nom), std::string(a.type));
 }
 
-void BaseBuffer::add_attr(const std::string& nom, const std::string& type) {
-  _attr.emplace_back(nom, type);
+void BaseBuffer::add_attr(std::string nom, std::string type) {
   _aff[nom] = true;
+  _attr.emplace_back(std::move(nom), std::move(type));
 }
 
 int BaseBuffer::num_attr(const std::string& nom) const {

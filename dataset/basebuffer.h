@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-class Base;
+#include "base/base.h"
+#include "dataset/numeric.h"
 
 /// The dataset: typed attributes (columns), a shown flag per attribute name, and examples (rows) of
 /// text values, one per attribute, in the same order. A record: its fields are read by everyone.
@@ -25,9 +26,9 @@ class BaseBuffer {
   // --- Construction
   /// The attributes of dataset/schema.h, all shown, and no example.
   BaseBuffer();
-  explicit BaseBuffer(std::string nom);
+  BaseBuffer(std::string nom);
+  /// Moves are copies: a table that has been moved from would have lost its shown flags.
   BaseBuffer(const BaseBuffer&) = default;
-  BaseBuffer(BaseBuffer&&) = default;
   ~BaseBuffer() = default;
   /// Copies the name, the attributes and the examples. The shown flags and the class column stay
   /// the receiver's: they say how this table is written, not what it holds.
@@ -35,6 +36,7 @@ class BaseBuffer {
   /// Empties the examples, the attributes and the name; no class column. The shown flags stay: they
   /// outlive the data for the next use of the table.
   void clear();
+  std::string _nom_base() const { return _nom; }
   /// Sets the name and returns it.
   std::string _nom_base(const std::string& nom);
 
@@ -42,7 +44,7 @@ class BaseBuffer {
   /// Appends the attributes of dataset/schema.h to those already there.
   void init();
   /// Appends an attribute, shown; rows and earlier attributes of that name are left alone.
-  void add_attr(const std::string& nom, const std::string& type);
+  void add_attr(std::string nom, std::string type);
   /// Column of an attribute, -1 when there is none.
   int num_attr(const std::string& nom) const;
   /// Name of column i, "%" when there is none.

@@ -2,11 +2,13 @@
 #include <cstddef>
 #include <exception>
 #include <iostream>
-#include <iterator>
+#include <stdexcept>
+#include <unordered_map>
+#include <vector>
 
 #include "base/base.h"
 #include "dataset/basebuffer.h"
-#include "dataset/numeric.h"
+#include "dataset/comptes_codes.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
 
@@ -14,53 +16,133 @@ using namespace topomine;
 
 namespace {
 
-/// A measure of the neighbour blocks, one value per neighbour.
-struct Voisinage {
-  std::vector<double> erik, vexa, vmoy, vmor, vnsm;
+constexpr std::size_t nb_mesures = 5;
 
-  Voisinage(const Base& base, const std::vector<int>& voisins) {
-    // The blocks of one face come in ascending order: a face with many is walked, not searched.
-    auto suivant = base.blocs.end();
-    for (const int v : voisins) {
-      const auto bloc =
-          suivant != base.blocs.end() && suivant->first == v ? suivant : base.blocs.find(v);
-      if (bloc == base.blocs.end()) continue;  // a neighbour by number only: it has no measures
-      suivant = std::next(bloc);
-      erik.push_back(bloc->second._erik());
-      vexa.push_back(bloc->second._volexa());
-      vmoy.push_back(bloc->second._volmoy());
-      vmor.push_back(bloc->second._volmor());
-      vnsm.push_back(bloc->second._volnsm());
+/// Quality and volumes of a block, in the order of the columns of their statistics.
+using Mesures = std::array<double, nb_mesures>;
+
+Mesures mesures(const Block& bloc) {
+  return {bloc._erik(), bloc._volexa(), bloc._volmoy(), bloc._volmor(), bloc._volnsm()};
+}
+
+/// Sums over the neighbours of a block, in the order of Base::vois_bloc.
+struct Sommes {
+  int nb = 0;        ///< neighbours, repeats counted
+  int mesurees = 0;  ///< those that are in the block table: the others have no measures
+  Mesures somme{}, carres{};
+
+  void ajouter(const Mesures& m) {
+    ++mesurees;
+    for (std::size_t i = 0; i < nb_mesures; ++i) {
+      somme[i] += m[i];
+      carres[i] += m[i] * m[i];
     }
+  }
+  double moyenne(std::size_t i) const { return mesurees == 0 ? 0.0 : somme[i] / mesurees; }
+  /// Population variance, not clamped, as of the free function `variance`.
+  double variance(std::size_t i) const {
+    const double m = moyenne(i);
+    return (mesurees == 0 ? 0.0 : carres[i] / mesurees) - m * m;
   }
 };
 
-void ajouter_comptes(BaseBuffer::Exemple& ligne, const std::vector<int>& bccodes) {
-  for (const int code : codes_comptes) BaseBuffer::add_val(ligne, nb_occ(bccodes, code));
-}
+/// The neighbours of the blocks of one base.
+class Voisinage {
+ public:
+  explicit Voisinage(const Base& base) : base_(base) {}
 
-BaseBuffer::Exemple exemple(const Base& base, const Block& bloc) {
-  const int id = bloc._id();
-  const std::vector<int> voisins = base.vois_bloc(id);
-  const Voisinage v(base, voisins);
-
-  BaseBuffer::Exemple ligne;
-  ligne.reserve(nb_colonnes);
-  BaseBuffer::add_val(ligne, base.nom);
-  for (const int n : {id, bloc._type(), static_cast<int>(voisins.size())})
-    BaseBuffer::add_val(ligne, n);
-  for (const double mesure :
-       {bloc._erik(), bloc._volexa(), bloc._volmoy(), bloc._volmor(), bloc._volnsm()})
-    BaseBuffer::add_val(ligne, mesure);
-  for (const std::vector<double>* mesures : {&v.erik, &v.vexa, &v.vmoy, &v.vmor, &v.vnsm}) {
-    BaseBuffer::add_val(ligne, moyenne(*mesures));
-    BaseBuffer::add_val(ligne, variance(*mesures));
+  Sommes sommes(const Block& bloc) {
+    Sommes s;
+    for (int i = 0; i < bloc.nb_face(); ++i) {
+      const int numero = bloc._face(i);
+      if (numero == 0) continue;
+      if (const auto face = base_.faces.find(numero); face != base_.faces.end())
+        ajouter_face(s, numero, face->second, bloc._id());
+    }
+    return s;
   }
-  ajouter_comptes(ligne, base.DAM2BCCODE(base.BC_blk_face(id)));
-  ajouter_comptes(ligne, base.DAM2BCCODE(base.BC_blk_edge(id)));
-  BaseBuffer::add_val(ligne, bloc._typeC() ? 1 : -1);
-  BaseBuffer::add_val(ligne, numero_base(base.nom));
-  BaseBuffer::add_val(ligne, 1);  // a real example
+
+ private:
+  struct Voisin {
+    int numero;
+    bool mesure;
+    Mesures mesures;
+  };
+
+  Voisin voisin(int numero) const {
+    const auto bloc = base_.blocs.find(numero);
+    if (bloc == base_.blocs.end()) return {numero, false, {}};
+    return {numero, true, mesures(bloc->second)};
+  }
+
+  static void ajouter_voisin(Sommes& s, const Voisin& v, int bloc) {
+    if (v.numero == bloc) return;
+    ++s.nb;
+    if (v.mesure) s.ajouter(v.mesures);
+  }
+
+  /// A face of a sound case has two blocks at most. One with many is asked for its neighbours by
+  /// each of them: they are gathered once.
+  void ajouter_face(Sommes& s, int numero, const Face& face, int bloc) {
+    constexpr int blocs_notables = 16;
+    if (face.nb_bloc() < blocs_notables) {
+      for (int n = 0; n < face.nb_bloc(); ++n)
+        if (face._bloc(n) != bloc) ajouter_voisin(s, voisin(face._bloc(n)), bloc);
+      return;
+    }
+    const auto [trouve, nouvelle] = chargees_.try_emplace(numero);
+    if (nouvelle)
+      for (int n = 0; n < face.nb_bloc(); ++n) trouve->second.push_back(voisin(face._bloc(n)));
+    for (const Voisin& v : trouve->second) ajouter_voisin(s, v, bloc);
+  }
+
+  const Base& base_;
+  std::unordered_map<int, std::vector<Voisin>> chargees_;
+};
+
+BaseBuffer::Exemple exemple(const Base& base, const Block& bloc, Voisinage& voisinage,
+                            ComptesCodes& comptes) {
+  // Its number says whose faces count: a block may stand under another key than its number.
+  Block vu;
+  if (const auto trouve = base.blocs.find(bloc._id()); trouve != base.blocs.end())
+    vu = trouve->second;
+  vu._id(bloc._id());
+
+  BaseBuffer::Exemple ligne(nb_colonnes);
+  const auto mettre = [&ligne](int colonne, auto nombre) {
+    ajouter_nombre(ligne[static_cast<std::size_t>(colonne)], nombre);
+  };
+  const auto mettre_comptes = [&mettre](int premiere, const ComptesCodes::Comptes& nb) {
+    for (std::size_t i = 0; i < nb.size(); ++i)
+      mettre(premiere + static_cast<int>(i), static_cast<int>(nb[i]));
+  };
+  ligne[col_base] = base.nom;
+  mettre(col_ident, bloc._id());
+  mettre(col_type, bloc._type());
+  mettre(col_erikson, bloc._erik());
+  mettre(col_vol_exa, bloc._volexa());
+  mettre(col_vol_moy, bloc._volmoy());
+  mettre(col_vol_mor, bloc._volmor());
+  mettre(col_vol_nsm, bloc._volnsm());
+
+  constexpr std::array<int, nb_mesures> moyennes{col_vois_erik_moy, col_vois_vexa_moy,
+                                                 col_vois_vmoy_moy, col_vois_vmor_moy,
+                                                 col_vois_vnsm_moy};
+  constexpr std::array<int, nb_mesures> variances{col_vois_erik_var, col_vois_vexa_var,
+                                                  col_vois_vmoy_var, col_vois_vmor_var,
+                                                  col_vois_vnsm_var};
+  const Sommes voisins = voisinage.sommes(vu);
+  mettre(col_nb_voisin, voisins.nb);
+  for (std::size_t i = 0; i < nb_mesures; ++i) {
+    mettre(moyennes[i], voisins.moyenne(i));
+    mettre(variances[i], voisins.variance(i));
+  }
+
+  mettre_comptes(col_BC_fam_face_1, comptes.faces(vu));
+  mettre_comptes(col_BC_fam_edge_1, comptes.edges(vu));
+  mettre(col_TypeC, bloc._typeC() ? 1 : -1);
+  mettre(col_Num_Base, numero_base(base.nom));
+  mettre(col_Classe, 1);  // a real example
   return ligne;
 }
 
@@ -69,7 +151,13 @@ BaseBuffer::Exemple exemple(const Base& base, const Block& bloc) {
 void BaseBuffer::add_base(Base& base) {
   const std::size_t avant = _expl.size();
   try {
-    for (const auto& [numero, bloc] : base.blocs) _expl.push_back(exemple(base, bloc));
+    Voisinage voisinage(base);
+    ComptesCodes comptes(base);
+    for (const auto& [numero, bloc] : base.blocs)
+      _expl.push_back(exemple(base, bloc, voisinage, comptes));
+  } catch (const std::length_error& e) {
+    _expl.resize(avant);
+    std::cerr << "base " << base.nom << " : " << e.what() << std::endl;
   } catch (const std::exception&) {
     _expl.resize(avant);
     std::cerr << "memoire insuffisante pour les exemples de la base " << base.nom << std::endl;

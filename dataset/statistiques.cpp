@@ -2,8 +2,10 @@
 #include <cmath>
 #include <cstddef>
 #include <iostream>
+#include <locale>
 #include <new>
 #include <optional>
+#include <sstream>
 #include <string_view>
 
 #include "dataset/basebuffer.h"
@@ -171,30 +173,46 @@ std::ostream& BaseBuffer::mat_cov(std::ostream& out) const {
   std::cerr << "Creation matrice de covariance..." << std::endl;
   out.unsetf(std::ios_base::scientific);
   out.precision(5);
+  // Numbers as `out` writes them, but for its locale: a point, and no grouping.
+  std::ostringstream nombre;
+  nombre.imbue(std::locale::classic());
+  nombre.flags(out.flags());
+  nombre.precision(out.precision());
+
   const std::size_t n = _attr.size();
   std::vector<std::optional<ColonneCopiee>> colonnes(n);
   for (std::size_t a = 0; a < n; ++a)
     if (is_numeric(static_cast<int>(a))) colonnes[a].emplace(_expl, a);
   std::vector<double> cellules(n * n, -1.0);
+  // On standard error a cell's names stand before it is written and its number after it. The names
+  // of the next cell go with that number: nothing comes in between, and a call to the system less.
   std::string trace;
+  const auto tracer = [&trace] {
+    std::cerr << trace;
+    trace.clear();
+  };
   for (std::size_t a = 0; a < n; ++a) {
     for (std::size_t b = 0; b < n; ++b) {
+      trace += _attr[a].first + " / " + _attr[b].first + "\t";
+      tracer();
       double& c = cellules[a * n + b];
       if (b < a)
         c = cellules[b * n + a];  // the same products in the same order
       else if (colonnes[a] && colonnes[b])
         c = moyenne_produits(_expl.size(), *colonnes[a], *colonnes[b]);
-      trace = _attr[a].first + " / " + _attr[b].first + "\t";
       // A true mean product of -1 reads "NaN" as well.
       if (c != -1.0) {
-        out << c << '\t';
+        nombre.str({});
+        nombre << c;
+        out << nombre.str() + '\t';
         ajouter_nombre(trace, c);
       } else {
         out << "NaN\t";
         trace += "NaN";
       }
-      std::cerr << (trace += '\n');
+      trace += '\n';
     }
+    tracer();
     out << '\n';
   }
   std::cerr << "fin..." << std::endl;

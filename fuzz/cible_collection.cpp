@@ -10,6 +10,7 @@
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
 #include "fuzz/proprietes.h"
+#include "tests/support/exemple_litteral.h"
 
 using namespace topomine;
 
@@ -59,7 +60,9 @@ void cible_collection(std::string_view entree) {
   table.add_base(base);
   table.add_base(base);
   PROMET(static_cast<std::size_t>(table.nb_expl()) == 2 * base.blocs.size());
-  for (const BaseBuffer::Exemple& ligne : table._expl) PROMET(ligne.size() == table._attr.size());
+  std::size_t rang = 0;
+  for (const auto& [numero, bloc] : base.blocs)
+    PROMET(table._expl[rang++] == exemple_litteral(base, bloc));
   std::ostringstream weka, matrice;
   table.Print_weka(weka);
   srand48(1);

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <type_traits>
+#include <utility>
 
 #include "app/filtre.h"
 #include "tests/dataset/tables.h"
@@ -58,6 +60,38 @@ TEST(Table, FlagsBelongToTheReceiver) {
   EXPECT_TRUE(cible._aff == drapeaux && cible.nb_attr_aff() == 49);
   cible.init();  // an attribute that is added is shown, whatever it was before
   EXPECT_EQ(cible.nb_attr_aff(), 50);
+}
+
+// What users build from a number or a name; all of it comes with the table's own header.
+static_assert(std::is_convertible_v<double, Point> && std::is_convertible_v<double, Vecteur>);
+static_assert(std::is_convertible_v<std::string, BaseBuffer>);
+
+TEST(Table, HeaderAloneBringsTheBaseAndTheNumericHelpers) {
+  const Base base("a", "b/", "nrm");
+  EXPECT_TRUE(base._disp() && base._type() == "nrm");
+  EXPECT_EQ(nb_occ({1, 2, 1}, 1), 2);
+  EXPECT_EQ(moyenne({1, 2}) + variance({3, 3}), 1.5);
+  EXPECT_EQ(MyRandom()(1), 0);
+}
+
+TEST(Table, AnswersForItselfAfterAMoveAndToItsOwnTexts) {
+  BaseBuffer a("a"), b("b");
+  a.hide_attr("type");
+  b.hide_attr("ident");
+  std::swap(a, b);
+  EXPECT_TRUE(a._nom == "b" && b._nom == "a" && a.nb_attr_aff() == 49 && b.nb_attr_aff() == 49);
+  EXPECT_TRUE(!a._aff["type"] && !b._aff["ident"]);
+  std::vector<BaseBuffer> tables(3, b);
+  tables.insert(tables.begin(), a);
+  for (const BaseBuffer& t : tables) EXPECT_EQ(t.nb_attr_aff(), 49);
+
+  for (int i = 0; i < 100; ++i) a.add_attr(a._attr[3].first, a._attr[2].second);
+  EXPECT_EQ(a._attr.back(), Attributs::value_type("nb_voisin", a._attr[2].second));
+  a.change_type(a._attr[3].first, a._attr[0].second);
+  EXPECT_EQ(a._attr[3], Attributs::value_type("nb_voisin", "string"));
+  EXPECT_EQ(a.del_attr(a._attr[1].first), 1);
+  const BaseBuffer& lue = a;
+  EXPECT_EQ(a._nom_base(lue._nom_base()), "b");
 }
 
 TEST(Table, HidingTypesAndDeletion) {

@@ -2,12 +2,14 @@
 
 #include <iterator>
 #include <map>
+#include <random>
 #include <sstream>
 
 #include "base/base.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
 #include "tests/dataset/tables.h"
+#include "tests/support/exemple_litteral.h"
 
 using namespace topomine;
 
@@ -107,4 +109,37 @@ TEST(Features, NumBaseAndOrderOfCalls) {
   std::string vus;
   for (const auto& e : t._expl) vus += e.at(col_base) + "=" + e.at(col_Num_Base) + " ";
   EXPECT_EQ(vus, "mesh_case_8=7 mesh_case_1=0 autre=0 mesh_case_=0 mesh_case_2=1 ");
+}
+
+// Lists long and short, faces of many blocks, and BCCODE texts that spoil the reading of others.
+TEST(Features, AreThoseOfTheListsThemselves) {
+  const char* const textes[]{"3", "7",  "9999",        "20",  "",    " 1", "2\r", "+4", "4x", "x",
+                             "-", "5-", "99999999999", "1 2", "--3", "6 ", "1e5", "-8", " +"};
+  std::mt19937 hasard(7);
+  const auto tirer = [&](std::size_t n) { return static_cast<int>(hasard() % n); };
+  for (int essai = 0; essai < 400; ++essai) {
+    Base::list_CLim.clear();
+    const int nb_textes = essai % 3 == 0 ? 4 : 19;
+    for (int code = 1; code < 12; ++code)
+      Base::list_CLim[code]["BCCODE"] = textes[tirer(static_cast<std::size_t>(nb_textes))];
+    Base base("mesh_case_3", "", "");
+    const auto lister = [&](auto& entite) {
+      for (int nb = tirer(4) == 0 ? tirer(90) : tirer(4); nb > 0; --nb) entite.add_BC(tirer(13));
+    };
+    for (int n = 1; n <= 4; ++n) lister(base.edges[n]);
+    for (int n = 1; n <= 5; ++n) {
+      lister(base.faces[n]);
+      for (int i = tirer(3) == 0 ? tirer(80) : 4; i > 0; --i) base.faces[n]._edge(i, tirer(6));
+      for (int nb = tirer(2) == 0 ? tirer(40) : 2; nb > 0; --nb) base.faces[n].add_bloc(tirer(12));
+    }
+    for (int n = 1; n <= 9; ++n) {
+      base.blocs[n] = bloc(n == 9 ? 4 : n, 0.1 * tirer(1000));  // one under another's number
+      for (int i = 0; i < 6; ++i) base.blocs[n]._face(i, tirer(7));
+    }
+    BaseBuffer table;
+    table.add_base(base);
+    Lignes attendues;
+    for (const auto& [cle, b] : base.blocs) attendues.push_back(exemple_litteral(base, b));
+    ASSERT_EQ(table._expl, attendues) << essai;
+  }
 }

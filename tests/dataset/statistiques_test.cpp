@@ -159,3 +159,41 @@ TEST(Covariance, ExactBytes) {
   t.mat_cov(autre);
   EXPECT_EQ(autre.str(), "inf\t" + nan + "\t\n" + nan + "\tinf\t\n");
 }
+
+// Both streams in one sink: names, cell, number, in this order.
+TEST(Covariance, KeepsTheOrderOfItsTwoStreams) {
+  const BaseBuffer t = table({{"a", "numeric"}, {"b", "string"}}, {{"1.5", "x"}, {"-2.25", "y"}});
+  std::ostringstream out;
+  std::streambuf* const avant = std::cerr.rdbuf(out.rdbuf());
+  t.mat_cov(out);
+  std::cerr.rdbuf(avant);
+  EXPECT_EQ(out.str(),
+            "Creation matrice de covariance...\n"
+            "a / a\t3.6562\t3.65625\na / b\tNaN\tNaN\n\n"
+            "b / a\tNaN\tNaN\nb / b\tNaN\tNaN\n\nfin...\n");
+}
+
+// A host program may have set any global locale before it makes its streams.
+TEST(Covariance, AndWritersKnowNoLocale) {
+  struct Ponctuation : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\1"; }
+  };
+  BaseBuffer t = table({{"a", "numeric"}, {"b", "numeric"}}, Lignes(12, {"1234.5", "0.25"}));
+  const auto textes = [&t] {
+    const Capture c;
+    std::ostringstream matrice, weka, torch;
+    t.mat_cov(matrice);
+    t.Print_weka(weka);
+    t.Print_torch(torch);
+    return std::vector<std::string>{matrice.str(), weka.str(), torch.str(), c.err()};
+  };
+  const std::vector<std::string> attendus = textes();
+  const std::locale avant =
+      std::locale::global(std::locale(std::locale::classic(), new Ponctuation));
+  const std::vector<std::string> obtenus = textes();
+  std::locale::global(avant);
+  EXPECT_EQ(obtenus, attendus);
+  EXPECT_EQ(obtenus[2].substr(0, 5), "12 2\n");
+}
