@@ -18,9 +18,9 @@ namespace {
 constexpr int echec = 2;
 
 /// Every command, in the order of the help.
-constexpr std::array<AjouterCommande, 7> commandes{
-    ajouter_table,      ajouter_partage, ajouter_faux,   ajouter_resume,
-    ajouter_covariance, ajouter_voir,    ajouter_verifie};
+constexpr std::array<AjouterCommande, 8> commandes{
+    ajouter_table,      ajouter_partage, ajouter_faux,    ajouter_resume,
+    ajouter_covariance, ajouter_voir,    ajouter_exporte, ajouter_verifie};
 
 void franciser(CLI::App& app) {
   app.set_help_flag("-h,--help", "Affiche cette aide");
