@@ -9,6 +9,7 @@
 #include "app/topodata/carte.h"
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 #include "dataset/csv.h"
 
 namespace topomine {
@@ -96,8 +97,8 @@ void ajouter_covariance(CLI::App& app, int&) {
   options_cible(*c, o->cible);
   options_attributs(*c, o->table);
   c->add_flag("--brut", o->brut, "Ne ramene pas les attributs entre 0 et 1 d'abord");
-  c->add_option("-o,--sortie", o->fichier, "Fichier csv a ecrire (sinon la sortie standard)");
-  c->add_option("--image", o->image, "Image .png ou .svg a dessiner, au lieu du csv sans -o");
+  option_sortie(*c, o->fichier);
+  option_fichier(*c, "--image", "Image .png ou .svg a dessiner, au lieu du csv sans -o", o->image);
   c->footer(
       "Les moyennes ne sont pas retranchees, comme dans global.cov.\n"
       "Exemple :\n"

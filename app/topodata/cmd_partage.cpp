@@ -58,13 +58,15 @@ void ajouter_partage(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("partage", "Partage la table en deux fichiers");
   options_cible(*c, o->cible);
-  c->add_option("--ratio", o->ratio, "Part des exemples du premier fichier, de 0 a 1")
-      ->required()
-      ->check(reel_jusqu_a(1.0, "un nombre de 0 a 1"));
-  c->add_option("-o,--sortie", o->prefixe,
-                "Prefixe des fichiers : PREFIXE_1 et PREFIXE_2, suivis de .arff, .txt ou .csv")
+  option_reel(*c, "--ratio", "Part des exemples du premier fichier, de 0 a 1", o->ratio, 1.0,
+              "un nombre de 0 a 1")
       ->required();
-  auto* graine = c->add_option("--graine", o->graine, "Graine du melange (1 par defaut)");
+  option_fichier(*c, "-o,--sortie",
+                 "Prefixe des fichiers : PREFIXE_1 et PREFIXE_2, suivis de .arff, .txt ou .csv",
+                 o->prefixe)
+      ->required();
+  auto* graine =
+      option_entier(*c, "--graine", "Graine du melange (1 par defaut)", o->graine, 0, graine_max);
   c->add_flag("--sans-melange", o->sans_melange, "Garde l'ordre de la table")->excludes(graine);
   options_table(*c, o->table);
   c->footer(

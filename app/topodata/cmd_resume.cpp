@@ -8,6 +8,7 @@
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 #include "base/base.h"
 #include "dataset/csv.h"
 
@@ -132,7 +133,7 @@ void ajouter_resume(CLI::App& app, int&) {
   CLI::App* c = app.add_subcommand("resume", "Resume les attributs de la table et les bases");
   options_cible(*c, o->cible);
   c->add_flag("--csv", o->csv, "Une seule table CSV, pour un programme");
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_sortie(*c, o->fichier);
   c->footer(
       "Exemple :\n"
       "  topodata resume cas/ nrm --bases mesh_case_2,mesh_case_6");

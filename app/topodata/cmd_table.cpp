@@ -5,6 +5,7 @@
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 
 namespace topomine {
 
@@ -37,8 +38,9 @@ void ajouter_table(CLI::App& app, int&) {
   CLI::App* c = app.add_subcommand("table", "Ecrit la table : un exemple par bloc");
   options_cible(*c, o->cible);
   options_table(*c, o->table);
-  c->add_option("--melange", o->melange, "Melange les exemples, avec cette graine");
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_entier(*c, "--melange", "Melange les exemples, avec cette graine", o->melange, 0,
+                graine_max);
+  option_sortie(*c, o->fichier);
   c->footer(
       "Weka et torch terminent chaque exemple par Classe, meme cachee ; csv n'ecrit que ce qui "
       "est\n"

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <iostream>
 #include <string_view>
 
 #include "app/filtre.h"
+#include "app/topodata/console.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
 #include "base/lecture/chargement.h"
@@ -76,8 +76,8 @@ void charger_base(Base& base, Progres& progres) {
   if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
   if (c.avertissements == 0) return;
   progres.effacer();
-  std::cerr << "topodata : base " << base.nom << " : " << c.avertissements
-            << " avertissement(s) a la lecture ; topodata verifie dit ou\n";
+  dire("base " + base.nom + " : " + std::to_string(c.avertissements) +
+       " avertissement(s) a la lecture ; topodata verifie dit ou");
 }
 
 void options_attributs(CLI::App& commande, OptionsTable& options) {
