@@ -1,5 +1,6 @@
 #include "dataset/csv.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <ostream>
 
@@ -10,7 +11,44 @@ namespace topomine {
 namespace {
 
 constexpr std::size_t taille_tampon = 1 << 16;
-constexpr std::string_view fin_de_ligne = "\r\n";
+
+constexpr std::string_view texte_de(FinDeLigne fin) {
+  return fin == FinDeLigne::crlf ? "\r\n" : "\n";
+}
+
+/// Columns to write, the class last.
+std::vector<std::size_t> colonnes_montrees(const BaseBuffer& table) {
+  std::vector<std::size_t> colonnes;
+  for (std::size_t n = 0; n < table._attr.size(); ++n) {
+    const auto montre = table._aff.find(table._attr[n].first);
+    if (montre != table._aff.end() && montre->second) colonnes.push_back(n);
+  }
+  std::ranges::stable_partition(
+      colonnes, [&](std::size_t n) { return static_cast<int>(n) != table._num_classe; });
+  return colonnes;
+}
+
+/// One field from the front of the text, with its quotes off; false when it does not end well.
+bool prendre_champ(std::string_view& texte, std::string& champ) {
+  if (!texte.starts_with('"')) {
+    const std::size_t fin = std::min(texte.find_first_of(",\r\n"), texte.size());
+    champ = texte.substr(0, fin);
+    texte.remove_prefix(fin);
+    return true;
+  }
+  for (std::size_t i = 1; i < texte.size(); ++i) {
+    if (texte[i] != '"') {
+      champ += texte[i];
+    } else if (i + 1 < texte.size() && texte[i + 1] == '"') {
+      champ += '"';
+      ++i;
+    } else {
+      texte.remove_prefix(i + 1);
+      return texte.empty() || texte.find_first_of(",\r\n") == 0;
+    }
+  }
+  return false;
+}
 
 }  // namespace
 
@@ -24,38 +62,58 @@ void ajouter_champ_csv(std::string& ligne, std::string_view champ) {
   ligne += '"';
 }
 
-void ecrire_ligne_csv(std::ostream& out, const std::vector<std::string>& champs) {
+void ecrire_ligne_csv(std::ostream& out, const std::vector<std::string>& champs, FinDeLigne fin) {
   std::string ligne;
   for (std::size_t i = 0; i < champs.size(); ++i) {
     if (i > 0) ligne += ',';
     ajouter_champ_csv(ligne, champs[i]);
   }
-  out << (ligne += fin_de_ligne);
+  out << (ligne += texte_de(fin));
 }
 
-std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table) {
-  std::vector<std::size_t> colonnes;
+void ecrire_entete_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {
   std::vector<std::string> noms;
-  for (std::size_t n = 0; n < table._attr.size(); ++n) {
-    const auto montre = table._aff.find(table._attr[n].first);
-    if (montre == table._aff.end() || !montre->second) continue;
-    colonnes.push_back(n);
-    noms.push_back(table._attr[n].first);
-  }
-  ecrire_ligne_csv(out, noms);
+  for (const std::size_t n : colonnes_montrees(table)) noms.push_back(table._attr[n].first);
+  ecrire_ligne_csv(out, noms, fin);
+}
 
+void ecrire_lignes_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {
+  const std::vector<std::size_t> colonnes = colonnes_montrees(table);
   std::string tampon;
+  const auto vider = [&] {
+    out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
+    tampon.clear();
+  };
   for (const BaseBuffer::Exemple& exemple : table._expl) {
     for (std::size_t i = 0; i < colonnes.size(); ++i) {
       if (i > 0) tampon += ',';
       if (colonnes[i] < exemple.size()) ajouter_champ_csv(tampon, exemple[colonnes[i]]);
     }
-    tampon += fin_de_ligne;
-    if (tampon.size() < taille_tampon) continue;
-    out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
-    tampon.clear();
+    tampon += texte_de(fin);
+    if (tampon.size() >= taille_tampon) vider();
   }
-  return out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
+  vider();
+}
+
+std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {
+  ecrire_entete_csv(out, table, fin);
+  ecrire_lignes_csv(out, table, fin);
+  return out;
+}
+
+std::optional<std::vector<std::vector<std::string>>> lire_csv(std::string_view texte) {
+  std::vector<std::vector<std::string>> lignes;
+  while (!texte.empty()) {
+    std::vector<std::string>& ligne = lignes.emplace_back();
+    for (bool suite = texte[0] != '\n' && texte[0] != '\r'; suite;) {
+      if (!prendre_champ(texte, ligne.emplace_back())) return std::nullopt;
+      suite = texte.starts_with(',');
+      if (suite) texte.remove_prefix(1);
+    }
+    if (texte.starts_with('\r')) texte.remove_prefix(1);
+    if (texte.starts_with('\n')) texte.remove_prefix(1);
+  }
+  return lignes;
 }
 
 }  // namespace topomine

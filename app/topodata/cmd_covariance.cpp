@@ -2,15 +2,17 @@
 #include <array>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <system_error>
 
 #include "app/topodata/carte.h"
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
-#include "app/topodata/options.h"
 #include "dataset/csv.h"
+#include "dataset/matrice.h"
 
 namespace topomine {
 
@@ -19,34 +21,41 @@ namespace {
 struct Options {
   Cible cible;
   OptionsTable table;
-  bool brut = false;
-  std::string fichier, image;
+  bool brut = false, centree = false, correlation = false;
+  std::string fichier, image, sommes;
+  std::vector<std::string> depuis;
 };
 
+Relation relation(const Options& o) {
+  return o.correlation ? Relation::correlation : o.centree ? Relation::centree : Relation::produits;
+}
+
 /// A cell as in the run's own matrix: five significant digits.
-std::string cellule(double c) {
-  if (c == -1.0) return "NaN";
+std::string cellule(const std::optional<double>& c) {
+  if (!c) return "NaN";
   std::array<char, 32> tampon;
-  const auto fin =
-      std::to_chars(tampon.data(), tampon.data() + tampon.size(), c, std::chars_format::general, 5);
+  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), *c,
+                                 std::chars_format::general, 5);
   return {tampon.data(), fin.ptr};
 }
 
-Matrice calculer(const BaseBuffer& table, Progres& progres) {
+/// The attributes of the sums that --garde and --cache leave.
+std::vector<std::size_t> choisis(const Sommes& sommes, const OptionsTable& options) {
+  BaseBuffer cadre;
+  cadre.clear();
+  for (const Sommes::Attribut& a : sommes.attributs()) cadre.add_attr(a.nom, a.type);
+  montrer_les_voulus(cadre, options);
+  std::vector<std::size_t> rangs;
+  for (std::size_t a = 0; a < cadre._attr.size(); ++a)
+    if (cadre._aff.at(cadre._attr[a].first)) rangs.push_back(a);
+  return rangs;
+}
+
+Matrice en_matrice(const Sommes& sommes, const std::vector<std::size_t>& choisis, Relation r) {
   Matrice m;
-  std::vector<int> colonnes;
-  for (std::size_t i = 0; i < table._attr.size(); ++i) {
-    if (!table._aff.at(table._attr[i].first)) continue;
-    colonnes.push_back(static_cast<int>(i));
-    m.noms.push_back(table._attr[i].first);
-  }
-  const std::size_t n = colonnes.size();
-  m.cellules.resize(n * n);
-  for (std::size_t a = 0; a < n; ++a) {
-    progres.etape("covariance : ligne " + std::to_string(a + 1) + " sur " + std::to_string(n));
-    for (std::size_t b = a; b < n; ++b)
-      m.cellules[a * n + b] = m.cellules[b * n + a] =
-          cellule(table.covar(colonnes[a], colonnes[b]));
+  for (const std::size_t a : choisis) {
+    m.noms.push_back(sommes.attributs()[a].nom);
+    for (const std::size_t b : choisis) m.cellules.push_back(cellule(sommes.cellule(a, b, r)));
   }
   return m;
 }
@@ -63,26 +72,109 @@ void ecrire_matrice(std::ostream& out, const Matrice& m) {
   }
 }
 
-void executer(Options& o) {
+/// The sums over the shown attributes of the cases. Without a scale to be measured first, each base
+/// is done with as soon as it is read.
+Sommes sommer_les_cas(Options& o, Progres& progres) {
+  o.table.format = &formats.back();  // any base name will do
+  o.table.normalise = !o.brut && o.table.applique_echelle.empty();
+  controler(o.cible);
+  const std::vector<Provenance> liste = o.cible.liste();
+  Atelier atelier(o.table, liste);
+  Sommes sommes(atelier.attributs_montres());
+  const auto sommer = [&](const BaseBuffer& exemples) {
+    sommes.ajouter(exemples, [&](std::size_t faits) {
+      progres.etape("sommes : attribut " + std::to_string(faits + 1) + " sur " +
+                    std::to_string(sommes.attributs().size()));
+    });
+  };
+  if (o.table.normalise) {
+    BaseBuffer exemples = atelier.construire(o.cible.mode, progres);
+    atelier.mettre_a_l_echelle(exemples);
+    sommer(exemples);
+  } else {
+    pour_chaque_base(liste, o.cible.mode, progres, [&](Base& base, const Provenance& p) {
+      BaseBuffer exemples;
+      atelier.ajouter(exemples, base, p);
+      atelier.appliquer_echelle(exemples);
+      sommer(exemples);
+    });
+  }
+  sommes.echelle = atelier.echelle();
+  return sommes;
+}
+
+Sommes ajouter_les_sommes(const std::vector<std::string>& fichiers, Progres& progres) {
+  Sommes total;
+  for (const std::string& fichier : fichiers) {
+    progres.etape("lecture de " + fichier);
+    std::ifstream flux(fichier, std::ios::binary);
+    const std::string texte{std::istreambuf_iterator<char>(flux), {}};
+    Sommes partie;
+    std::string faute = "illisible";
+    if (!flux || !partie.lire(texte, faute)) throw Erreur(fichier + " : " + faute);
+    if (&fichier == &fichiers.front())
+      total = partie;
+    else if (!total.ajouter(partie))
+      throw Erreur(fichier + " : ses attributs ou leur echelle ne sont pas ceux de " +
+                   fichiers.front() + " ; donner a tous la meme --applique-echelle, ou --brut");
+  }
+  return total;
+}
+
+void controler_options(const Options& o) {
+  const bool des_cas = !o.cible.chemin.empty();
+  if (o.centree && o.correlation) throw Erreur("--centree et --correlation s'excluent");
+  if (o.depuis.empty() && (!des_cas || o.cible.mode.empty()))
+    throw CLI::RequiredError("CHEMIN et MODE, ou --depuis-sommes,");
+  if (!o.depuis.empty() && des_cas)
+    throw Erreur("--depuis-sommes remplace CHEMIN et MODE : donner l'un ou l'autre");
+  if (!o.depuis.empty() && (o.brut || !o.table.applique_echelle.empty() || o.table.epsilon ||
+                            !o.cible.avec.empty() || o.cible.bases))
+    throw Erreur("--depuis-sommes prend les valeurs telles qu'elles ont ete sommees");
+  if (!o.sommes.empty() && o.depuis.empty() && !o.brut && o.table.applique_echelle.empty())
+    throw Erreur(
+        "--sommes demande --brut ou --applique-echelle : les sommes de collections ramenees "
+        "chacune a sa propre echelle ne s'ajoutent pas");
+  if (o.brut && !o.table.applique_echelle.empty())
+    throw Erreur("--brut et --applique-echelle s'excluent");
   if (!o.image.empty()) controler_nom_image(o.image);
   if (std::error_code e; !o.image.empty() && (o.image == o.fichier ||
                                               std::filesystem::equivalent(o.image, o.fichier, e)))
     throw Erreur("'" + o.image + "' : ni la matrice ni l'image n'ont la place de l'autre");
-  Progres progres;
-  o.table.format = Format::csv;
-  o.table.normalise = !o.brut;
-  const BaseBuffer table = construire(o.cible, o.table, progres);
-  const Matrice m = calculer(table, progres);
+}
 
+Legende legende(Relation r, std::size_t exemples) {
+  const std::string suite =
+      " des attributs, " + std::to_string(exemples) + " exemples (gris : pas de nombre)";
+  switch (r) {
+    case Relation::centree:
+      return {"Covariance" + suite, "covariance"};
+    case Relation::correlation:
+      return {"Correlation" + suite, "correlation"};
+    case Relation::produits:
+      break;
+  }
+  return {"Covariance non centree" + suite, "moyenne des produits"};
+}
+
+void executer(Options& o) {
+  controler_options(o);
+  Progres progres;
+  const Sommes sommes =
+      o.depuis.empty() ? sommer_les_cas(o, progres) : ajouter_les_sommes(o.depuis, progres);
+  const Matrice m = en_matrice(sommes, choisis(sommes, o.table), relation(o));
+
+  if (!o.sommes.empty()) {
+    progres.ecriture(o.sommes);
+    Sortie sortie(o.sommes);
+    sommes.ecrire(sortie.flux());
+    sortie.conclure();
+  }
   if (!o.image.empty()) {
     progres.etape("dessin");
-    dessiner_carte(m,
-                   {"Covariance non centree des attributs, " + std::to_string(table.nb_expl()) +
-                        " exemples (gris : attribut non numerique)",
-                    "moyenne des produits"},
-                   o.image);
-    if (o.fichier.empty()) return;
+    dessiner_carte(m, legende(relation(o), sommes.nombre()), o.image);
   }
+  if (o.fichier.empty() && (!o.image.empty() || !o.sommes.empty())) return;
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   ecrire_matrice(sortie.flux(), m);
@@ -95,14 +187,28 @@ void ajouter_covariance(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("covariance", "Ecrit ou dessine la matrice de covariance");
   options_cible(*c, o->cible);
+  for (const char* nom : {"CHEMIN", "MODE"}) c->get_option(nom)->required(false);
+  option_avec(*c, o->cible);
   options_attributs(*c, o->table);
+  c->add_flag("--centree", o->centree,
+              "Retranche les moyennes ; TypeC et Classe comptent comme des nombres");
+  c->add_flag("--correlation", o->correlation,
+              "De -1 a 1, les moyennes retranchees et les ecarts-types divises ; de meme");
   c->add_flag("--brut", o->brut, "Ne ramene pas les attributs entre 0 et 1 d'abord");
-  option_sortie(*c, o->fichier);
-  option_fichier(*c, "--image", "Image .png ou .svg a dessiner, au lieu du csv sans -o", o->image);
+  option_applique_echelle(*c, o->table);
+  option_epsilon(*c, o->table);
+  c->add_option("--sommes", o->sommes,
+                "Ecrit les sommes dont la matrice est faite, au lieu du csv sans -o");
+  c->add_option("--depuis-sommes", o->depuis,
+                "Au lieu de CHEMIN et MODE : ajoute les sommes de ces fichiers");
+  c->add_option("-o,--sortie", o->fichier, "Fichier csv a ecrire (sinon la sortie standard)");
+  c->add_option("--image", o->image, "Image .png ou .svg a dessiner, au lieu du csv sans -o");
   c->footer(
-      "Les moyennes ne sont pas retranchees, comme dans global.cov.\n"
-      "Exemple :\n"
-      "  topodata covariance cas/ nrm -o covariance.csv --image covariance.png");
+      "Sans --centree ni --correlation les moyennes ne sont pas retranchees, comme dans "
+      "global.cov.\n"
+      "Exemples :\n"
+      "  topodata covariance cas/ nrm -o covariance.csv --image covariance.png\n"
+      "  topodata covariance cas/ nrm --correlation --garde erikson,vol_*,TypeC");
   c->callback([o] { executer(*o); });
 }
 

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
+#include <iostream>
 #include <iterator>
 #include <limits>
 #include <memory>
@@ -8,7 +9,6 @@
 #include <optional>
 
 #include "app/topodata/commandes.h"
-#include "app/topodata/console.h"
 #include "app/topodata/construction.h"
 #include "app/topodata/options.h"
 
@@ -51,7 +51,11 @@ void ajouter(const Options& o, BaseBuffer& table) {
 void executer(Options& o) {
   if (!o.nombre && !o.ratio) throw CLI::RequiredError("--nombre ou --ratio");
   Progres progres;
-  BaseBuffer table = construire(o.cible, o.table, progres);
+  controler(o.cible);
+  const std::vector<Provenance> liste = o.cible.liste();
+  Atelier atelier(o.table, liste);
+  BaseBuffer table = atelier.construire(o.cible.mode, progres);
+  atelier.mettre_a_l_echelle(table);
   const auto reels = static_cast<std::ptrdiff_t>(table._expl.size());
   progres.etape("exemples synthetiques");
   srand48(o.graine);
@@ -63,14 +67,16 @@ void executer(Options& o) {
       o.nombre ? *o.nombre
                : static_cast<std::ptrdiff_t>(std::min(*o.ratio * static_cast<double>(reels), 1e18));
   if (faits < voulus)
-    dire(std::to_string(faits) + " exemples synthetiques au lieu de " + std::to_string(voulus) +
-         (reels == 0 ? " : il n'y a pas d'exemple reel"
-                     : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels"));
+    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << voulus
+              << (reels == 0
+                      ? " : il n'y a pas d'exemple reel\n"
+                      : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n");
   if (o.seuls) table._expl.erase(table._expl.begin(), table._expl.begin() + reels);
 
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
-  ecrire(table, o.table.format, sortie.flux());
+  atelier.cacher_constantes(table);
+  atelier.ecrire_tout(sortie.flux(), table);
   sortie.conclure();
 }
 
@@ -80,6 +86,7 @@ void ajouter_faux(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("faux", "Ecrit les exemples reels et des exemples synthetiques");
   options_cible(*c, o->cible);
+  option_avec(*c, o->cible);
   const std::map<std::string, Methode> methodes{
       {"repete", Methode::repete}, {"permute", Methode::permute}, {"tire", Methode::tire}};
   option_mot(*c, "--methode",
@@ -87,15 +94,15 @@ void ajouter_faux(CLI::App& app, int&) {
              "(tirages independants)",
              methodes, o->methode)
       ->required();
-  auto* par_nombre = option_entier(*c, "--nombre", "Nombre d'exemples synthetiques", o->nombre, 0,
-                                   std::numeric_limits<int>::max());
-  option_reel(*c, "--ratio", "Leur nombre, en part du nombre d'exemples reels", o->ratio,
-              std::numeric_limits<double>::max(), "un nombre, 0 ou plus")
+  auto* par_nombre =
+      c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")->check(entier_naturel);
+  c->add_option("--ratio", o->ratio, "Leur nombre, en part du nombre d'exemples reels")
+      ->check(reel_jusqu_a(std::numeric_limits<double>::max(), "un nombre, 0 ou plus"))
       ->excludes(par_nombre);
-  option_entier(*c, "--graine", "Graine des tirages (1 par defaut)", o->graine, 0, graine_max);
+  c->add_option("--graine", o->graine, "Graine des tirages (1 par defaut)");
   c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");
   options_table(*c, o->table);
-  option_sortie(*c, o->fichier);
+  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
   c->footer(
       "Exemple :\n"
       "  topodata faux cas/ nrm --methode tire --ratio 0.5 --graine 3 -o avec_faux.arff");

@@ -36,15 +36,22 @@ void partager(BaseBuffer& table, BaseBuffer& seconde, double ratio, bool melange
 
 void executer(Options& o) {
   Progres progres;
-  BaseBuffer premiere = construire(o.cible, o.table, progres), seconde;
+  controler(o.cible);
+  const std::vector<Provenance> liste = o.cible.liste();
+  Atelier atelier(o.table, liste);
+  BaseBuffer premiere = atelier.construire(o.cible.mode, progres), seconde;
   srand48(o.graine);
   partager(premiere, seconde, o.ratio, !o.sans_melange);
+  atelier.mettre_a_l_echelle(premiere);
+  atelier.appliquer_echelle(seconde);
+  atelier.cacher_constantes(premiere);
 
   progres.ecriture(o.prefixe);
-  Sortie sortie_1(o.prefixe + "_1" + extension(o.table.format));
-  Sortie sortie_2(o.prefixe + "_2" + extension(o.table.format));
-  ecrire(premiere, o.table.format, sortie_1.flux());
-  ecrire(seconde, o.table.format, sortie_2.flux());
+  const std::string extension(o.table.format->extension);
+  Sortie sortie_1(o.prefixe + "_1" + extension);
+  Sortie sortie_2(o.prefixe + "_2" + extension);
+  atelier.ecrire_tout(sortie_1.flux(), premiere);
+  atelier.ecrire_tout(sortie_2.flux(), seconde);
   // Neither old file goes before both new ones are whole.
   sortie_1.fermer();
   sortie_2.fermer();
@@ -58,15 +65,14 @@ void ajouter_partage(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("partage", "Partage la table en deux fichiers");
   options_cible(*c, o->cible);
-  option_reel(*c, "--ratio", "Part des exemples du premier fichier, de 0 a 1", o->ratio, 1.0,
-              "un nombre de 0 a 1")
+  option_avec(*c, o->cible);
+  c->add_option("--ratio", o->ratio, "Part des exemples du premier fichier, de 0 a 1")
+      ->required()
+      ->check(reel_jusqu_a(1.0, "un nombre de 0 a 1"));
+  c->add_option("-o,--sortie", o->prefixe,
+                "Prefixe des fichiers : PREFIXE_1 et PREFIXE_2, suivis de .arff, .txt ou .csv")
       ->required();
-  option_fichier(*c, "-o,--sortie",
-                 "Prefixe des fichiers : PREFIXE_1 et PREFIXE_2, suivis de .arff, .txt ou .csv",
-                 o->prefixe)
-      ->required();
-  auto* graine =
-      option_entier(*c, "--graine", "Graine du melange (1 par defaut)", o->graine, 0, graine_max);
+  auto* graine = c->add_option("--graine", o->graine, "Graine du melange (1 par defaut)");
   c->add_flag("--sans-melange", o->sans_melange, "Garde l'ordre de la table")->excludes(graine);
   options_table(*c, o->table);
   c->footer(

@@ -1,16 +1,17 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <deque>
 #include <iostream>
+#include <map>
 #include <memory>
-#include <string_view>
 
+#include "app/topodata/colonnes.h"
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
-#include "app/topodata/options.h"
 #include "base/base.h"
+#include "dataset/arff.h"
 #include "dataset/csv.h"
+#include "dataset/resume.h"
 
 namespace topomine {
 
@@ -21,13 +22,19 @@ using Lignes = std::vector<Ligne>;
 
 struct Options {
   Cible cible;
+  OptionsTable table;
   bool csv = false;
   std::string fichier;
 };
 
-const Ligne entete_attributs{"attribut", "type",       "min",      "max",
-                             "moyenne",  "ecart_type", "distincts"};
-const Ligne entete_bases{"base", "blocs", "faces", "edges", "vertices", "pieces", "blocs_C"};
+const Ligne entete_attributs{"attribut", "type",    "min",        "q1",        "mediane",  "q3",
+                             "max",      "moyenne", "ecart_type", "distincts", "effectifs"};
+
+Ligne entete_bases(bool plusieurs) {
+  Ligne entete{"base", "blocs", "faces", "edges", "vertices", "pieces", "blocs_C"};
+  if (plusieurs) entete.insert(entete.begin(), nom_collection);
+  return entete;
+}
 
 Ligne resumer_base(const Base& base) {
   const auto blocs_c =
@@ -40,88 +47,102 @@ Ligne resumer_base(const Base& base) {
   return ligne;
 }
 
-std::size_t nb_distincts(const BaseBuffer& table, std::size_t col) {
-  std::vector<std::string_view> valeurs;
-  valeurs.reserve(table._expl.size());
-  for (const auto& exemple : table._expl) valeurs.push_back(exemple[col]);
-  std::ranges::sort(valeurs);
-  return static_cast<std::size_t>(std::unique(valeurs.begin(), valeurs.end()) - valeurs.begin());
+/// Counts of a nominal attribute: the values of its type in their order, then any others.
+std::string effectifs(const Resume& resume, const std::string& type) {
+  std::string texte;
+  const auto ajouter = [&](const std::string& valeur, std::size_t n) {
+    texte += (texte.empty() ? "" : " ") + valeur + ":" + std::to_string(n);
+  };
+  std::map<std::string, std::size_t> reste = resume.effectifs();
+  for (const std::string& valeur : valeurs_nominales(type).value_or(Ligne{}))
+    if (const auto place = reste.find(valeur); place != reste.end()) {
+      ajouter(valeur, place->second);
+      reste.erase(place);
+    }
+  for (const auto& [valeur, n] : reste) ajouter(valeur, n);
+  return texte;
 }
 
 /// Numbers stay empty for an attribute that is not numeric, and for a table without examples.
-Ligne resumer_attribut(const BaseBuffer& table, int col) {
-  const auto& [nom, type] = table._attr[static_cast<std::size_t>(col)];
-  Ligne ligne{nom, type, "", "", "", ""};
-  double min, max, moy, ecart;
-  if (table.calc_min_max(col, min, max) && table.calc_moy(col, moy) && table.calc_std(col, ecart)) {
-    // Rounding can leave a variance a little below zero, whose root is not a number.
-    if (std::isnan(ecart) && std::isfinite(moy)) ecart = 0.0;
-    ligne = {nom, type, en_texte(min), en_texte(max), en_texte(moy), en_texte(ecart)};
+Ligne resumer_attribut(const Resume& resume, const std::string& nom, const std::string& type) {
+  Ligne ligne{nom, type};
+  if (resume.numerique() && resume.nombre() > 0) {
+    for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0})
+      ligne.push_back(en_texte(resume.quantile(part)));
+    ligne.push_back(en_texte(resume.moyenne()));
+    ligne.push_back(en_texte(resume.ecart_type()));
   }
-  ligne.push_back(std::to_string(nb_distincts(table, static_cast<std::size_t>(col))));
+  ligne.resize(entete_attributs.size());
+  *(ligne.end() - 2) = std::to_string(resume.distincts());
+  if (valeurs_nominales(type)) ligne.back() = effectifs(resume, type);
   return ligne;
-}
-
-/// Columns as wide as their widest cell: names and types to the left, numbers to the right.
-void aligner(std::ostream& out, const Lignes& lignes, std::size_t nb_a_gauche) {
-  std::vector<std::size_t> largeurs(lignes[0].size());
-  for (const Ligne& ligne : lignes)
-    for (std::size_t i = 0; i < ligne.size(); ++i)
-      largeurs[i] = std::max(largeurs[i], std::max<std::size_t>(ligne[i].size(), 1));
-  for (const Ligne& ligne : lignes) {
-    std::string texte;
-    for (std::size_t i = 0; i < ligne.size(); ++i) {
-      const std::string cellule = ligne[i].empty() ? "-" : ligne[i];
-      const std::string blancs(largeurs[i] - cellule.size(), ' ');
-      texte += (i > 0 ? "  " : "") + (i < nb_a_gauche ? cellule + blancs : blancs + cellule);
-    }
-    texte.erase(texte.find_last_not_of(' ') + 1);
-    out << texte << '\n';
-  }
 }
 
 /// One table for both, so that any CSV reader takes it: "sorte" says which rows are which, and the
 /// columns of the other sort stay empty.
-void ecrire_csv_commun(std::ostream& out, const Lignes& attributs, const Lignes& bases) {
-  const std::size_t nb_a = attributs[0].size(), nb_b = bases[0].size();
-  Ligne entete{"sorte", "nom"};
+void ecrire_csv_commun(std::ostream& out, const Lignes& attributs, const Lignes& bases,
+                       FinDeLigne fin) {
+  // The name of a base, and its collection's, stand in the columns of the name.
+  const std::size_t noms = bases[0][0] == nom_collection ? 2 : 1;
+  const std::size_t nb_a = attributs[0].size() - 1;
+  Ligne entete{"sorte"};
+  if (noms == 2) entete.push_back(nom_collection);
+  entete.push_back("nom");
   entete.insert(entete.end(), attributs[0].begin() + 1, attributs[0].end());
-  entete.insert(entete.end(), bases[0].begin() + 1, bases[0].end());
-  ecrire_ligne_csv(out, entete);
+  entete.insert(entete.end(), bases[0].begin() + static_cast<std::ptrdiff_t>(noms), bases[0].end());
+  ecrire_ligne_csv(out, entete, fin);
   for (std::size_t i = 1; i < attributs.size(); ++i) {
-    Ligne ligne{"attribut"};
+    Ligne ligne(noms, "attribut");
+    if (noms == 2) ligne[1].clear();
     ligne.insert(ligne.end(), attributs[i].begin(), attributs[i].end());
-    ligne.resize(nb_a + nb_b);
-    ecrire_ligne_csv(out, ligne);
+    ligne.resize(entete.size());
+    ecrire_ligne_csv(out, ligne, fin);
   }
   for (std::size_t i = 1; i < bases.size(); ++i) {
-    Ligne ligne{"base", bases[i][0]};
-    ligne.resize(nb_a + 1);
-    ligne.insert(ligne.end(), bases[i].begin() + 1, bases[i].end());
-    ecrire_ligne_csv(out, ligne);
+    const auto apres_noms = bases[i].begin() + static_cast<std::ptrdiff_t>(noms);
+    Ligne ligne{"base"};
+    ligne.insert(ligne.end(), bases[i].begin(), apres_noms);
+    ligne.resize(1 + noms + nb_a);
+    ligne.insert(ligne.end(), apres_noms, bases[i].end());
+    ecrire_ligne_csv(out, ligne, fin);
   }
 }
 
 void executer(Options& o) {
+  if (o.table.crlf && !o.csv) throw Erreur("--crlf demande --csv");
   Progres progres;
-  Lignes bases{entete_bases}, attributs{entete_attributs};
-  OptionsTable options;
-  options.format = Format::csv;  // any base name will do
-  const BaseBuffer table = construire(
-      o.cible, options, progres, [&](const Base& base) { bases.push_back(resumer_base(base)); });
+  controler(o.cible);
+  const std::vector<Provenance> liste = o.cible.liste();
+  o.table.format = &formats.back();  // any base name will do
+  const Atelier atelier(o.table, liste);
+  const bool plusieurs = atelier.plusieurs_collections();
+  Lignes bases{entete_bases(plusieurs)}, attributs{entete_attributs};
+  const std::vector<Sommes::Attribut> noms = atelier.attributs_montres();
+  std::deque<Resume> resumes;
+  for (const auto& a : noms) resumes.emplace_back(a.type == "numeric");
+  pour_chaque_base(liste, o.cible.mode, progres, [&](Base& base, const Provenance& p) {
+    bases.push_back(resumer_base(base));
+    if (plusieurs) bases.back().insert(bases.back().begin(), p.collection);
+    BaseBuffer exemples;
+    atelier.ajouter(exemples, base, p);
+    for (std::size_t a = 0; a < noms.size(); ++a)
+      resumes[a].ajouter(exemples, static_cast<std::size_t>(exemples.num_attr(noms[a].nom)));
+  });
   progres.etape("statistiques");
-  for (int col = 0; col < static_cast<int>(table._attr.size()); ++col)
-    attributs.push_back(resumer_attribut(table, col));
+  for (std::size_t a = 0; a < noms.size(); ++a)
+    attributs.push_back(resumer_attribut(resumes[a], noms[a].nom, noms[a].type));
 
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   if (o.csv) {
-    ecrire_csv_commun(sortie.flux(), attributs, bases);
+    ecrire_csv_commun(sortie.flux(), attributs, bases,
+                      o.table.crlf ? FinDeLigne::crlf : FinDeLigne::lf);
   } else {
-    sortie.flux() << table.nb_expl() << " exemples\n\n";
-    aligner(sortie.flux(), attributs, 2);
+    sortie.flux() << resumes[0].nombre() << " exemples\n\n";
+    ecrire_aligne(sortie.flux(), attributs, {0, 1, entete_attributs.size() - 1});
     sortie.flux() << '\n';
-    aligner(sortie.flux(), bases, 1);
+    ecrire_aligne(sortie.flux(), bases,
+                  plusieurs ? std::set<std::size_t>{0, 1} : std::set<std::size_t>{0});
   }
   sortie.conclure();
 }
@@ -132,9 +153,15 @@ void ajouter_resume(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("resume", "Resume les attributs de la table et les bases");
   options_cible(*c, o->cible);
+  option_avec(*c, o->cible);
+  options_attributs(*c, o->table);
   c->add_flag("--csv", o->csv, "Une seule table CSV, pour un programme");
-  option_sortie(*c, o->fichier);
+  c->add_flag("--crlf", o->table.crlf, "Termine les lignes du csv par CR LF (RFC 4180)");
+  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
   c->footer(
+      "q1, mediane, q3 : un quart, la moitie, trois quarts des exemples sont au-dessous (entre "
+      "deux\n"
+      "exemples, en ligne droite). effectifs : exemples par valeur.\n"
       "Exemple :\n"
       "  topodata resume cas/ nrm --bases mesh_case_2,mesh_case_6");
   c->callback([o] { executer(*o); });

@@ -3,9 +3,7 @@
 #include <memory>
 
 #include "app/topodata/commandes.h"
-#include "app/topodata/console.h"
 #include "app/topodata/construction.h"
-#include "app/topodata/options.h"
 #include "verifie/regles.h"
 
 namespace topomine {
@@ -48,8 +46,8 @@ int executer(Options& o) {
   }
   sortie.conclure();
   if (bilan.erreurs + bilan.avertissements > 0)
-    dire(std::to_string(bilan.erreurs) + " erreur(s), " + std::to_string(bilan.avertissements) +
-         " avertissement(s)");
+    std::cerr << "topodata : " << bilan.erreurs << " erreur(s), " << bilan.avertissements
+              << " avertissement(s)\n";
   return bilan.erreurs > 0 ? 2 : bilan.avertissements > 0 ? 1 : 0;
 }
 
@@ -59,7 +57,7 @@ void ajouter_verifie(CLI::App& app, int& statut) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("verifie", "Dit tout ce qui ne va pas dans les cas");
   options_cible(*c, o->cible);
-  option_sortie(*c, o->fichier);
+  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
   c->footer(
       "Une ligne par constat : fichier:ligne: sorte numero: ce qui ne va pas; que faire [gravite]\n"
       "Code de retour : 0 rien, 1 des avertissements seulement, 2 des erreurs.\n"

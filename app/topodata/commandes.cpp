@@ -6,12 +6,9 @@
 #include <exception>
 #include <iostream>
 #include <new>
-#include <sstream>
 #include <string>
 
-#include "app/topodata/console.h"
 #include "app/topodata/sortie.h"
-#include "app/topodata/usage.h"
 #include "topomine/version.h"
 
 namespace topomine {
@@ -22,24 +19,27 @@ constexpr int echec = 2;
 
 /// Every command, in the order of the help.
 constexpr std::array<AjouterCommande, 8> commandes{
-    ajouter_table,      ajouter_partage, ajouter_faux,    ajouter_resume,
-    ajouter_covariance, ajouter_voir,    ajouter_exporte, ajouter_verifie};
+    ajouter_table,  ajouter_partage,    ajouter_faux, ajouter_attributs,
+    ajouter_resume, ajouter_covariance, ajouter_voir, ajouter_verifie};
 
-/// What a command line that is not understood ends with; the answer of --help and --version.
-int finir(const CLI::App& app, const CLI::ParseError& e) {
-  if (e.get_exit_code() != 0) {
-    const auto nommees = app.get_subcommands();
-    dire(en_francais(app, e));
-    std::cerr << "topodata " << (nommees.empty() ? "" : nommees[0]->get_name() + " ")
-              << "--help dit comment ecrire cette commande\n";
-    return e.get_exit_code();
-  }
-  std::ostringstream texte;
-  app.exit(e, texte);
-  Sortie sortie("");
-  sortie.flux() << texte.str();
-  sortie.conclure();
-  return 0;
+void franciser(CLI::App& app) {
+  app.set_help_flag("-h,--help", "Affiche cette aide");
+  auto& mots = *app.get_formatter();
+  for (const auto& [mot, traduit] : {std::pair{"Usage", "Usage"},
+                                     {"Positionals", "Arguments"},
+                                     {"Options", "Options"},
+                                     {"OPTIONS", "OPTIONS"},
+                                     {"Subcommands", "Commandes"},
+                                     {"SUBCOMMAND", "COMMANDE"},
+                                     {"SUBCOMMANDS", "COMMANDES"},
+                                     {"REQUIRED", "OBLIGATOIRE"},
+                                     {"Excludes", "Exclut"},
+                                     {"Needs", "Demande"},
+                                     {"TEXT", "TEXTE"},
+                                     {"FLOAT", "REEL"},
+                                     {"INT", "ENTIER"},
+                                     {"UINT", "ENTIER"}})
+    mots.label(mot, traduit);
 }
 
 int executer(int argc, char** argv) {
@@ -60,7 +60,7 @@ int executer(int argc, char** argv) {
                              CLI::ExitCodes::ExtrasError);
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return finir(app, e);
+    return app.exit(e);
   }
   return statut;
 }
@@ -71,11 +71,11 @@ int executer_topodata(int argc, char** argv) {
   try {
     return executer(argc, argv);
   } catch (const Erreur& e) {
-    dire(e.what());
+    std::cerr << "topodata : " << e.what() << std::endl;
   } catch (const std::bad_alloc&) {
-    dire("memoire insuffisante");
+    std::cerr << "topodata : memoire insuffisante" << std::endl;
   } catch (const std::exception& e) {
-    dire(e.what());
+    std::cerr << "topodata : " << e.what() << std::endl;
   }
   return echec;
 }

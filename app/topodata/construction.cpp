@@ -3,33 +3,61 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <new>
 #include <string_view>
 
-#include "app/filtre.h"
-#include "app/topodata/console.h"
+#include "app/topodata/attributs.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
-#include "base/lecture/chargement.h"
-#include "dataset/csv.h"
+#include "dataset/arff.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
 
 namespace topomine {
 
-std::vector<std::string> decouper(const std::string& texte) {
-  std::vector<std::string> parts;
-  std::size_t debut = 0;
-  while (debut <= texte.size()) {
-    const std::size_t fin = std::min(texte.find(',', debut), texte.size());
-    std::string part = texte.substr(debut, fin - debut);
-    part.erase(part.find_last_not_of(" \t") + 1);
-    part.erase(0, part.find_first_not_of(" \t"));
-    if (!part.empty()) parts.push_back(part);
-    debut = fin + 1;
-  }
-  return parts;
+namespace {
+
+bool est_csv(const Format& format) {
+  return format.ecrire == ecrire_format_csv;
 }
+
+std::string tel_quel(const std::string& texte) {
+  return texte;
+}
+
+std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
+  std::vector<std::string> noms;
+  for (const auto& [nom, type] : table._attr) noms.push_back(nom);
+  return noms;
+}
+
+Echelle lire_fichier_echelle(const std::string& fichier) {
+  std::ifstream flux(fichier, std::ios::binary);
+  const std::string texte{std::istreambuf_iterator<char>(flux), {}};
+  if (!flux) throw Erreur(fichier + " : echelle illisible");
+  Echelle echelle;
+  std::string faute;
+  if (!lire_echelle(texte, echelle, faute))
+    throw Erreur(fichier + " : " + faute + " ; --echelle ecrit un tel fichier");
+  return echelle;
+}
+
+/// What --classe leaves out, and why.
+struct Ecarte {
+  std::string_view nom, raison;
+};
+constexpr std::string_view texte_qui_nomme = "texte qui nomme l'exemple";
+constexpr std::array<Ecarte, 5> ecartes{{{"collection", texte_qui_nomme},
+                                         {"base", texte_qui_nomme},
+                                         {"ident", texte_qui_nomme},
+                                         {"Num_Base", "nomme la base"},
+                                         {"Classe", "dit si l'exemple est reel"}}};
+
+}  // namespace
 
 std::string en_texte(double valeur) {
   std::string texte;
@@ -37,146 +65,213 @@ std::string en_texte(double valeur) {
   return texte;
 }
 
-std::vector<std::string> Cible::noms() const {
-  if (bases) return decouper(*bases);
-  return {bases_integrees.begin(), bases_integrees.end()};
-}
-
-void options_cible(CLI::App& commande, Cible& cible, bool plusieurs) {
-  commande
-      .add_option("CHEMIN", cible.chemin, "Dossier des cas : climite.cfg et un dossier par base")
-      ->required();
-  commande.add_option("MODE", cible.mode, "ext, nrm ou min")->required();
-  if (plusieurs)
-    commande.add_option("--bases", cible.bases,
-                        "Noms de bases separes par des virgules (sinon mesh_case_1 a _8)");
-}
-
-void controler(Cible& cible, bool bases_absentes) {
-  constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
-  if (std::ranges::find(modes, cible.mode) == modes.end())
-    throw Erreur("mode inconnu : '" + cible.mode + "' (attendu : ext, nrm ou min)");
-  std::error_code erreur;
-  if (!std::filesystem::is_directory(cible.chemin, erreur))
-    throw Erreur("dossier inconnu : '" + cible.chemin + "'");
-  if (!cible.chemin.ends_with('/')) cible.chemin += '/';
-  std::vector<std::string> noms = cible.noms();
-  if (noms.empty()) throw Erreur("aucune base dans '" + *cible.bases + "'");
-  for (const std::string& nom : noms)
-    if (!bases_absentes && !std::filesystem::is_directory(cible.chemin + nom, erreur))
-      throw Erreur("base inconnue : '" + nom + "' (pas de dossier " + (cible.chemin + nom) + ")");
-  std::ranges::sort(noms);
-  if (const auto repetee = std::ranges::adjacent_find(noms); repetee != noms.end())
-    throw Erreur("base donnee deux fois : '" + *repetee + "'");
-}
-
-void charger_base(Base& base, Progres& progres) {
-  progres.etape("lecture de " + base.nom);
-  const Chargement c = charger(base);
-  if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
-  if (c.avertissements == 0) return;
-  progres.effacer();
-  dire("base " + base.nom + " : " + std::to_string(c.avertissements) +
-       " avertissement(s) a la lecture ; topodata verifie dit ou");
-}
-
 void options_attributs(CLI::App& commande, OptionsTable& options) {
-  auto* garde = commande.add_option("--garde", options.garde,
-                                    "Attributs a montrer, separes par des virgules ; cache les "
-                                    "autres");
-  commande.add_option("--cache", options.cache, "Attributs a cacher, separes par des virgules")
-      ->excludes(garde);
+  commande
+      .add_option("--garde", options.garde,
+                  "Attributs a montrer, noms ou motifs (BC_*) separes par des virgules ; cache les "
+                  "autres ; se repete")
+      ->allow_extra_args(false);
+  commande.add_option("--cache", options.cache, "Attributs a cacher, de meme ; se repete")
+      ->allow_extra_args(false);
+}
+
+void option_epsilon(CLI::App& commande, OptionsTable& options) {
+  commande.add_option_function<std::string>(
+      "--epsilon",
+      [&options](const std::string& texte) {
+        options.epsilon = reel_strict(texte);
+        if (!options.epsilon || !(*options.epsilon >= 0))
+          throw Erreur("--epsilon : '" + texte + "' (attendu : un nombre, 0 ou plus)");
+      },
+      "Ecrit 0 pour les nombres plus petits que cela en valeur absolue");
+}
+
+void option_applique_echelle(CLI::App& commande, OptionsTable& options) {
+  commande.add_option("--applique-echelle", options.applique_echelle,
+                      "Ramene les attributs numeriques par les minimums et maximums de ce fichier");
 }
 
 void options_table(CLI::App& commande, OptionsTable& options) {
-  const std::map<std::string, Format> formats{
-      {"weka", Format::weka}, {"torch", Format::torch}, {"csv", Format::csv}};
-  option_mot(commande, "--format", "weka (ARFF, par defaut), torch (table de nombres) ou csv",
-             formats, options.format);
+  std::map<std::string, const Format*> mots;
+  for (const Format& f : formats) mots[std::string(f.mot)] = &f;
+  option_mot(commande, "--format", "weka (ARFF, par defaut), torch (table de nombres) ou csv", mots,
+             options.format);
+  commande.add_flag("--crlf", options.crlf, "Termine les lignes du csv par CR LF (RFC 4180)");
+  options_attributs(commande, options);
+  commande.add_option(
+      "--classe", options.classe,
+      "Table pour un apprentissage : TypeC, Classe ou type vient en dernier, ce qui "
+      "nomme l'exemple ou sa base reste de cote");
+  commande.add_flag("--sans-constantes", options.sans_constantes,
+                    "Laisse de cote les attributs qui n'ont qu'une valeur");
+  option_epsilon(commande, options);
   commande.add_flag("--normalise", options.normalise,
                     "Ramene chaque attribut numerique entre 0 et 1");
-  options_attributs(commande, options);
+  commande.add_option("--echelle", options.echelle,
+                      "Avec --normalise : ecrit les minimums et maximums dans ce fichier csv");
+  option_applique_echelle(commande, options);
   commande.add_option("--nom", options.nom, "Nom de la relation ARFF (topology par defaut)");
 }
 
-namespace {
-
-/// The named columns of the table; throws at an unknown one, and when there is none.
-std::vector<std::string> attributs(const BaseBuffer& table, const std::string& texte) {
-  std::vector<std::string> noms = decouper(texte);
-  if (noms.empty()) throw Erreur("aucun attribut dans '" + texte + "'");
-  for (const std::string& nom : noms)
-    if (table.num_attr(nom) < 0) throw Erreur("attribut inconnu : '" + nom + "'");
-  return noms;
-}
-
-void choisir_attributs(BaseBuffer& table, const OptionsTable& options) {
-  if (options.garde) {
-    const std::vector<std::string> noms = attributs(table, *options.garde);
-    filtre(table);
+void montrer_les_voulus(BaseBuffer& table, const OptionsTable& options) {
+  if (!options.garde.empty() && !options.cache.empty())
+    throw Erreur("--garde et --cache s'excluent : --garde cache deja les autres");
+  const std::vector<std::string> connus = noms_des_attributs(table);
+  if (!options.garde.empty()) {
+    const std::vector<std::string> noms = noms_voulus(options.garde, connus);
+    table.hide_all();
     for (const std::string& nom : noms) table.unhide_attr(nom);
   }
-  if (options.cache)
-    for (const std::string& nom : attributs(table, *options.cache)) table.hide_attr(nom);
+  if (!options.cache.empty())
+    for (const std::string& nom : noms_voulus(options.cache, connus)) table.hide_attr(nom);
 }
 
-constexpr std::string_view a_proteger = " \t\r\n'\"\\,%{}?";
-
-/// An ARFF word: quoted when it is not plain.
-std::string mot_arff(const std::string& texte) {
-  if (!texte.empty() && texte.find_first_of(a_proteger) == std::string::npos) return texte;
-  std::string mot = "'";
-  for (const char c : texte) {
-    if (c == '\'' || c == '\\') mot += '\\';
-    mot += c == '\n' || c == '\r' ? ' ' : c;
-  }
-  return mot + "'";
-}
-
-}  // namespace
-
-BaseBuffer construire(Cible& cible, const OptionsTable& options, Progres& progres,
-                      const std::function<void(const Base&)>& voir) {
-  BaseBuffer table(options.format == Format::weka ? mot_arff(options.nom) : options.nom);
-  choisir_attributs(table, options);
+Atelier::Atelier(const OptionsTable& options, const std::vector<Provenance>& liste)
+    : options_(options),
+      liste_(liste),
+      plusieurs_(std::ranges::any_of(
+          liste, [&](const Provenance& p) { return p.chemin != liste[0].chemin; })),
+      cadre_(est_csv(*options.format) ? options.nom : mot_arff(options.nom)) {
+  controler_options();
+  cadre_.change_type("Num_Base", type_num_base(liste));
   // The writers end every row with the class even when it is hidden. Named as the class column it
   // is declared all the same: header and rows agree.
-  table._num_classe = col_Classe;
-  controler(cible);
-  for (const std::string& nom : cible.noms()) {
-    // The other two forms write values as they stand.
-    if (options.format != Format::csv && nom.find_first_of(a_proteger) != std::string::npos)
-      throw Erreur("base '" + nom + "' : ce nom ne s'ecrit que dans le format csv");
-    Base base(nom, cible.chemin, cible.mode);
-    charger_base(base, progres);
-    const std::size_t avant = table._expl.size();
-    table.add_base(base);
-    if (table._expl.size() - avant != base.blocs.size()) throw std::bad_alloc();
-    if (voir) voir(base);
-  }
-  if (options.normalise) {
-    progres.etape("normalisation");
-    if (!table.normalize()) throw std::bad_alloc();
-  }
-  return table;
+  cadre_._num_classe = col_Classe;
+  if (plusieurs_ && options.format->ecrire != ecrire_torch)
+    ajouter_collection(cadre_, liste, tel_quel);
+  montrer_les_voulus(cadre_, options);
+  if (options.classe) choisir_classe();
+  controler_noms();
+  if (options.applique_echelle.empty()) return;
+  echelle_ = lire_fichier_echelle(options.applique_echelle);
+  if (const auto manquants = echelle_.manquants(cadre_); !manquants.empty())
+    throw Erreur(options.applique_echelle + " : rien pour " + enumerer(manquants) +
+                 " ; les y ajouter, ou les laisser de cote par --cache");
 }
 
-void ecrire(BaseBuffer& table, Format format, std::ostream& out) {
-  switch (format) {
-    case Format::weka:
-      table.Print_weka(out);
-      return;
-    case Format::torch:
-      table.Print_torch(out);
-      return;
-    case Format::csv:
-      ecrire_csv(out, table);
-      return;
-  }
+void Atelier::controler_options() const {
+  if (options_.crlf && !est_csv(*options_.format)) throw Erreur("--crlf demande --format csv");
+  if (!options_.echelle.empty() && !options_.normalise)
+    throw Erreur("--echelle demande --normalise : sans lui il n'y a pas d'echelle a ecrire");
+  if (options_.normalise && !options_.applique_echelle.empty())
+    throw Erreur("--normalise et --applique-echelle s'excluent : une seule echelle");
 }
 
-const char* extension(Format format) {
-  return format == Format::weka ? ".arff" : format == Format::torch ? ".txt" : ".csv";
+void Atelier::choisir_classe() {
+  const std::string& classe = *options_.classe;
+  if (classe != "TypeC" && classe != "Classe" && classe != "type")
+    throw Erreur("--classe : '" + classe + "' (attendu : TypeC, Classe ou type)");
+  if (!options_.cache.empty() && !cadre_._aff.at(classe))
+    throw Erreur("--cache cache " + classe + ", que --classe demande");
+  std::string dit;
+  for (const auto& [nom, raison] : ecartes) {
+    const std::string texte(nom);
+    const auto montre = cadre_._aff.find(texte);
+    if (nom == classe || montre == cadre_._aff.end() || !montre->second) continue;
+    montre->second = false;
+    dit += (dit.empty() ? "" : ", ") + texte + " (" + std::string(raison) + ")";
+  }
+  cadre_.hide_attr(classe);
+  if (cadre_.nb_attr_aff() == 0) throw Erreur("il ne reste aucun attribut pour predire " + classe);
+  cadre_.unhide_attr(classe);
+  cadre_._num_classe = cadre_.num_attr(classe);
+  if (!dit.empty())
+    std::cerr << "topodata : --classe " << classe << " laisse de cote " << dit << '\n';
+}
+
+void Atelier::controler_noms() const {
+  // Only csv can hold any base name.
+  if (!options_.format->toute_valeur && cadre_._aff.at("base"))
+    for (const Provenance& p : liste_)
+      if (p.base.find_first_of(a_proteger_arff) != std::string::npos)
+        throw Erreur("base '" + p.base + "' : ce nom ne s'ecrit que dans le format csv");
+}
+
+std::vector<Sommes::Attribut> Atelier::attributs_montres() const {
+  std::vector<Sommes::Attribut> montres;
+  for (const auto& [nom, type] : cadre_._attr)
+    if (nom != nom_collection && cadre_._aff.at(nom)) montres.push_back({nom, type});
+  return montres;
+}
+
+bool Atelier::au_fil() const {
+  return !options_.format->veut_le_total && !options_.normalise && !options_.sans_constantes;
+}
+
+void Atelier::ajouter(BaseBuffer& exemples, Base& base, const Provenance& p) const {
+  BaseBuffer ceux_ci;
+  ceux_ci.add_base(base);
+  if (ceux_ci._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  const std::string numero = std::to_string(p.numero);
+  for (BaseBuffer::Exemple& exemple : ceux_ci._expl) exemple[col_Num_Base] = numero;
+  if (options_.epsilon) annuler_poussieres(ceux_ci, *options_.epsilon);
+  exemples._expl.insert(exemples._expl.end(), std::make_move_iterator(ceux_ci._expl.begin()),
+                        std::make_move_iterator(ceux_ci._expl.end()));
+}
+
+BaseBuffer Atelier::construire(const std::string& mode, Progres& progres) const {
+  BaseBuffer exemples;
+  pour_chaque_base(liste_, mode, progres,
+                   [&](Base& base, const Provenance& p) { ajouter(exemples, base, p); });
+  return exemples;
+}
+
+void Atelier::mettre_a_l_echelle(BaseBuffer& exemples) {
+  if (options_.normalise) echelle_ = Echelle::mesurer(exemples);
+  appliquer_echelle(exemples);
+}
+
+void Atelier::appliquer_echelle(BaseBuffer& exemples) const {
+  if (echelle_.bornes.empty()) return;
+  echelle_.appliquer(exemples);
+  // What was just above the minimum may be dust now.
+  if (options_.epsilon) annuler_poussieres(exemples, *options_.epsilon);
+}
+
+void Atelier::cacher_constantes(const BaseBuffer& exemples) {
+  if (!options_.sans_constantes) return;
+  std::vector<std::string> caches;
+  bool sans_classe = false;
+  for (const std::string& nom : attributs_constants(exemples)) {
+    if (nom == options_.classe) continue;
+    if (cadre_._aff.at(nom)) caches.push_back(nom);
+    cadre_.hide_attr(nom);
+    // Nor does it end the rows any more: the last one that is left does.
+    sans_classe = sans_classe || cadre_._num_classe == cadre_.num_attr(nom);
+  }
+  for (int col = 0; col < static_cast<int>(cadre_._attr.size()) && sans_classe; ++col)
+    if (cadre_._aff.at(cadre_.nom_attr(col))) cadre_._num_classe = col;
+  if (cadre_.nb_attr_aff() == (options_.classe ? 1 : 0))
+    throw Erreur("--sans-constantes : tous les attributs sont constants, il n'en reste aucun");
+  if (!caches.empty())
+    std::cerr << "topodata : --sans-constantes laisse de cote " << enumerer(caches) << '\n';
+}
+
+BaseBuffer Atelier::habiller(BaseBuffer& exemples) const {
+  BaseBuffer habille;
+  habille._nom = cadre_._nom;
+  habille._expl = std::move(exemples._expl);
+  exemples._expl.clear();
+  if (cadre_._attr.size() > habille._attr.size())
+    ajouter_collection(habille, liste_, est_csv(*options_.format) ? tel_quel : mot_arff);
+  habille._attr = cadre_._attr;
+  habille._aff = cadre_._aff;
+  habille._num_classe = cadre_._num_classe;
+  return habille;
+}
+
+void Atelier::ecrire(std::ostream& out, BaseBuffer& habille, Morceau morceau) const {
+  morceau.fin = options_.crlf ? FinDeLigne::crlf : FinDeLigne::lf;
+  options_.format->ecrire(out, habille, morceau);
+}
+
+void Atelier::ecrire_echelle(std::ostream& out) const {
+  topomine::ecrire_echelle(out, echelle_, cadre_);
+}
+
+void Atelier::ecrire_tout(std::ostream& out, BaseBuffer& exemples) const {
+  BaseBuffer habille = habiller(exemples);
+  ecrire(out, habille, {true, true, habille._expl.size(), {}});
 }
 
 }  // namespace topomine

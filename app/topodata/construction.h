@@ -1,66 +1,88 @@
 #pragma once
 
-#include <functional>
 #include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/topodata/progres.h"
-#include "app/topodata/sortie.h"
+#include "app/topodata/cible.h"
 #include "dataset/basebuffer.h"
-
-class Base;
-namespace CLI {
-class App;
-}
+#include "dataset/echelle.h"
+#include "dataset/formats.h"
+#include "dataset/matrice.h"
 
 namespace topomine {
 
-// What the sub-commands share: the cases they read, the table they make of them, its three forms.
-
-/// The cases that a command reads.
-struct Cible {
-  std::string chemin;  ///< data directory, ending in its separator once checked
-  std::string mode;
-  std::optional<std::string> bases;  ///< names separated by commas; without, the built-in ones
-
-  std::vector<std::string> noms() const;
-};
-
-/// Adds CHEMIN and MODE, and --bases where a command takes several bases.
-void options_cible(CLI::App& commande, Cible& cible, bool plusieurs = true);
-/// Completes the directory's name. Throws Erreur for an unknown directory or mode, a base that is
-/// named twice, or one without a folder, unless they may be missing.
-void controler(Cible& cible, bool bases_absentes = false);
-/// Loads a base; throws Erreur, with what the reader said, when it does not load.
-void charger_base(Base& base, Progres& progres);
-
-enum class Format { weka, torch, csv };
+// From bases to a table in its form: what table, partage and faux share.
 
 /// How a table is made and written.
 struct OptionsTable {
-  Format format = Format::weka;
-  bool normalise = false;
-  std::optional<std::string> garde, cache;  ///< attribute names separated by commas
+  const Format* format = &formats[0];
+  bool crlf = false, normalise = false, sans_constantes = false;
+  std::vector<std::string> garde, cache;  ///< names or patterns, separated by commas
+  std::optional<std::string> classe;
+  std::optional<double> epsilon;
+  std::string echelle, applique_echelle;  ///< files; empty for none
   std::string nom = "topology";
 };
 
 /// --garde and --cache.
 void options_attributs(CLI::App& commande, OptionsTable& options);
+void option_epsilon(CLI::App& commande, OptionsTable& options);
+void option_applique_echelle(CLI::App& commande, OptionsTable& options);
 /// All of them.
 void options_table(CLI::App& commande, OptionsTable& options);
 
-/// The table of the bases, with its attributes hidden and its numbers normalised as asked. Each
-/// base is shown to `voir`, when there is one, while it is loaded.
-BaseBuffer construire(Cible& cible, const OptionsTable& options, Progres& progres,
-                      const std::function<void(const Base&)>& voir = {});
+/// Shows the attributes of a table that --garde and --cache leave.
+void montrer_les_voulus(BaseBuffer& table, const OptionsTable& options);
 
-void ecrire(BaseBuffer& table, Format format, std::ostream& out);
-const char* extension(Format format);
+/// Tables as the options want them, for a list of bases. Making one throws Erreur at options that
+/// contradict each other or do not fit the list, and says on standard error what --classe leaves
+/// out: before anything is read.
+class Atelier {
+ public:
+  Atelier(const OptionsTable& options, const std::vector<Provenance>& liste);
 
-/// The parts of a text between commas, without blanks around them and without empty ones.
-std::vector<std::string> decouper(const std::string& texte);
+  /// Attributes that are shown, without that of the collection.
+  std::vector<Sommes::Attribut> attributs_montres() const;
+  /// The scale that is in use.
+  const Echelle& echelle() const { return echelle_; }
+
+  /// Nothing has to be known of a later example to write an earlier one.
+  bool au_fil() const;
+  bool plusieurs_collections() const { return plusieurs_; }
+
+  /// Appends the examples of a loaded base, to a table with the attributes of the schema.
+  void ajouter(BaseBuffer& exemples, Base& base, const Provenance& p) const;
+  /// The examples of all bases.
+  BaseBuffer construire(const std::string& mode, Progres& progres) const;
+  /// Maps a table onto the scale that --normalise measures on it, or the one of the file.
+  void mettre_a_l_echelle(BaseBuffer& exemples);
+  /// The same for another table, without measuring.
+  void appliquer_echelle(BaseBuffer& exemples) const;
+  /// Hides what is constant in this table, from now on, and says so.
+  void cacher_constantes(const BaseBuffer& exemples);
+  /// The examples moved into a table that is ready to be written.
+  BaseBuffer habiller(BaseBuffer& exemples) const;
+
+  /// One piece of the table; `habille` is what habiller made.
+  void ecrire(std::ostream& out, BaseBuffer& habille, Morceau morceau = {}) const;
+  /// A whole table.
+  void ecrire_tout(std::ostream& out, BaseBuffer& exemples) const;
+  /// The scale measured last.
+  void ecrire_echelle(std::ostream& out) const;
+
+ private:
+  void controler_options() const;
+  void choisir_classe();
+  void controler_noms() const;
+
+  const OptionsTable& options_;
+  const std::vector<Provenance>& liste_;
+  bool plusieurs_;    // collections
+  BaseBuffer cadre_;  // attributes, flags, class; no examples
+  Echelle echelle_;
+};
 
 /// A number as the table writes it.
 std::string en_texte(double valeur);

@@ -51,10 +51,10 @@ TEST(Csv, QuotesWhatNeedsItAndFollowsTheFlags) {
   std::ostringstream flux;
   ecrire_csv(flux, t);
   EXPECT_EQ(flux.str(),
-            "a,\"b,c\",d\r\n"
-            "1,\"dit \"\"non\"\"\",\"deux\nlignes\"\r\n"
-            ",\"u,v\", e \r\n"
-            "court,,\r\n");
+            "a,\"b,c\",d\n"
+            "1,\"dit \"\"non\"\"\",\"deux\nlignes\"\n"
+            ",\"u,v\", e \n"
+            "court,,\n");
 }
 
 TEST(Table, IsTheLibrarysInEachForm) {
@@ -84,8 +84,8 @@ TEST(Table, NormalisesBeforeItShuffles) {
   srand48(7);
   t.rdm_list();
   const auto fichier = c.dossier / "t.arff";
-  const Resultat r =
-      sur_deux_bases(c, {"table", "--normalise", "--melange", "7", "-o", fichier.string()});
+  const Resultat r = sur_deux_bases(
+      c, {"table", "--normalise", "--melange", "--graine", "7", "-o", fichier.string()});
   EXPECT_EQ(r.sortie + r.erreur, "");
   EXPECT_EQ(lire(fichier), weka(t));
 }
@@ -106,11 +106,11 @@ TEST(Table, ShowsTheChosenAttributes) {
   EXPECT_TRUE(ligne(torch, 1).ends_with(" 1"));
   const std::string csv =
       sur_deux_bases(c, {"table", "--garde", "erikson,ident", "--format", "csv"}).sortie;
-  EXPECT_EQ(ligne(csv, 0), "ident,erikson\r");
+  EXPECT_EQ(ligne(csv, 0), "ident,erikson");
   const std::string moins =
       sur_deux_bases(c, {"table", "--cache", "base,Classe", "--format", "csv"}).sortie;
   EXPECT_TRUE(moins.starts_with("ident,type,")) << moins;
-  EXPECT_TRUE(ligne(moins, 0).ends_with(",Num_Base\r"));
+  EXPECT_TRUE(ligne(moins, 0).ends_with(",Num_Base"));
 }
 
 TEST(Partage, MakesThePartsOfSepBuffer) {

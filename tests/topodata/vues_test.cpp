@@ -46,30 +46,34 @@ TEST(Resume, SaysEachAttributeAndEachBase) {
   }();
   ASSERT_EQ(lignes.size(), 1U + 50U + 1U);
   EXPECT_EQ(lignes[0],
-            "sorte,nom,type,min,max,moyenne,ecart_type,distincts,blocs,faces,edges,vertices,pieces,"
-            "blocs_C\r");
-  EXPECT_EQ(lignes[1], "attribut,base,string,,,,,1,,,,,,\r");
-  EXPECT_EQ(lignes[50], "attribut,Classe,\"{-1,1}\",,,,,1,,,,,,\r");
+            "sorte,nom,type,min,q1,mediane,q3,max,moyenne,ecart_type,distincts,effectifs,blocs,"
+            "faces,edges,vertices,pieces,blocs_C");
+  EXPECT_EQ(lignes[1], "attribut,base,string,,,,,,,,1,,,,,,,");
+  EXPECT_EQ(lignes[50], "attribut,Classe,\"{-1,1}\",,,,,,,,1,1:8,,,,,,");
 
   BaseBuffer t = c.table({"mesh_case_2"});
-  double min, max, moy, ecart;
-  ASSERT_TRUE(t.calc_min_max("erikson", min, max) && t.calc_moy("erikson", moy) &&
+  std::vector<double> v;
+  double moy, ecart;
+  ASSERT_TRUE(t.get_vec_dbl("erikson", v) && t.calc_moy("erikson", moy) &&
               t.calc_std("erikson", ecart));
+  std::ranges::sort(v);
   std::ostringstream attendu;
-  attendu << "attribut,erikson,numeric," << min << ',' << max << ',' << moy << ',' << ecart << ',';
+  attendu << "attribut,erikson,numeric," << v[0] << ',' << v[1] + 0.75 * (v[2] - v[1]) << ','
+          << (v[3] + v[4]) / 2 << ',' << v[5] + 0.25 * (v[6] - v[5]) << ',' << v[7] << ',' << moy
+          << ',' << ecart << ',';
   EXPECT_TRUE(lignes[5].starts_with(attendu.str())) << lignes[5];
 
   Base base("mesh_case_2", c.cas(), "nrm");
   ASSERT_TRUE(charger(base).fait);
   std::ostringstream comptes;
-  comptes << "base,mesh_case_2,,,,,,,8," << base.faces.size() << ',' << base.edges.size() << ','
+  comptes << "base,mesh_case_2,,,,,,,,,,,8," << base.faces.size() << ',' << base.edges.size() << ','
           << base.vrtxs.size() << ",2,";
   EXPECT_TRUE(lignes[51].starts_with(comptes.str())) << lignes[51];
 
   // The form for reading: columns under their names, "-" where there is no number.
   const std::string lisible = topodata({"resume", c.cas(), "nrm", "--bases", "mesh_case_2"}).sortie;
   EXPECT_TRUE(std::regex_search(lisible, std::regex("^8 exemples\n\nattribut +type +min .*\n"
-                                                    "base +string +- +- +- +- +1\n")));
+                                                    "base +string +- +- +- +- +- +- +- +1 +-\n")));
 }
 
 TEST(Covariance, IsTheRunsMatrixWithNames) {

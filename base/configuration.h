@@ -1,0 +1,10 @@
+#pragma once
+
+namespace topomine {
+
+/// Forgets the boundary-condition configuration, which is one per process: the base that is loaded
+/// next reads the climite.cfg of its own folder. What is asked of a base after that is answered
+/// from the new configuration; its examples are to be made before.
+void oublier_configuration();
+
+}  // namespace topomine
