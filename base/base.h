@@ -94,8 +94,9 @@ class Base {
   // --- Local numbering (mesh/numbering.h). A face designator is a local slot when it is 0..5, an
   // edge designator when it is 0..3; any other value is a face (edge) number.
   // > 0 the number found; 0 nothing in common; -1 unknown block (face); -2 empty slot;
-  // -3 a face (edge) missing from its table. What the files put into the slots is compared as it
-  // is: two empty slots are common too, and a negative number found reads like a code.
+  // -3 a face (edge) missing from its table. Numbers are compared as the files gave them: an empty
+  // slot (0) of both counts as common, and a number below 0 that both have is answered as it is and
+  // cannot be told from an error.
   /// Face in slot i of block b; 0 when the block is unknown or the slot is empty or not 0..5.
   int blk_face(int b, int i) const;
   /// First edge, in F1's slot order, common to two faces of block b.
@@ -112,7 +113,7 @@ class Base {
   int fac_vrtx_lm(int f, int l, int m) const;
 
   // --- Listings on standard output. With a pause, one character of standard input is awaited after
-  // each element. Print(5) is Print(true): a kind alone is no call.
+  // each element. Print takes one argument, the pause, or two: Print(5) does not print kind 5.
   /// The scene, then blocks, faces, edges and vertices.
   void Print(bool pause) const;
   /// One kind: 1 blocks, 2 faces, 3 edges, 4 vertices, 5 aircraft, 6 pieces, 7 junctions.

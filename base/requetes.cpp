@@ -5,7 +5,7 @@ using namespace topomine;
 namespace {
 
 constexpr int inconnu = -1;     // the block (face) is not in its table
-constexpr int case_vide = -2;   // a designator was a local slot that holds 0
+constexpr int place_vide = -2;  // a designator was a local slot that holds 0
 constexpr int hors_table = -3;  // one of the two entities to compare is not in its table
 constexpr int rien_en_commun = 0;
 
@@ -63,7 +63,7 @@ int Base::blk_edge(int b, int F1, int F2) const {
   for (int* F : {&F1, &F2}) {
     if (*F < 0 || *F >= nb_faces_bloc) continue;
     *F = bloc->_face(*F);
-    if (*F == 0) return case_vide;
+    if (*F == 0) return place_vide;
   }
   const Face* f1 = chercher(faces, F1);
   const Face* f2 = chercher(faces, F2);
@@ -95,7 +95,7 @@ int Base::fac_vrtx_edg(int f, int E1, int E2) const {
   for (int* E : {&E1, &E2}) {
     if (*E < 0 || *E >= nb_edges_face) continue;
     *E = face->_edge(*E);
-    if (*E == 0) return case_vide;
+    if (*E == 0) return place_vide;
   }
   return vrtx_commun(edges, E1, E2);
 }

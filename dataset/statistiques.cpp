@@ -17,7 +17,7 @@ using namespace topomine;
 namespace {
 
 /// Value of a row in a column; the empty text, which is no number, when the row is too short.
-std::string_view case_texte(const BaseBuffer::Exemple& ligne, std::size_t col) {
+std::string_view texte_en(const BaseBuffer::Exemple& ligne, std::size_t col) {
   return col < ligne.size() ? std::string_view(ligne[col]) : std::string_view();
 }
 
@@ -40,7 +40,7 @@ double moyenne_produits(std::size_t n, const Textes& a, const Textes& b) {
 struct Colonne {
   const std::vector<BaseBuffer::Exemple>& lignes;
   std::size_t col;
-  std::string_view operator[](std::size_t i) const { return case_texte(lignes[i], col); }
+  std::string_view operator[](std::size_t i) const { return texte_en(lignes[i], col); }
   static bool sans_reste() { return false; }  // not worth finding out for one reading
 };
 
@@ -52,7 +52,7 @@ class ColonneCopiee {
     bornes_.reserve(lignes.size() + 1);
     bornes_.push_back(0);
     for (const BaseBuffer::Exemple& ligne : lignes) {
-      const std::string_view texte = case_texte(ligne, col);
+      const std::string_view texte = texte_en(ligne, col);
       sans_reste_ = sans_reste_ && est_un_reel(texte);
       octets_ += texte;
       bornes_.push_back(octets_.size());
@@ -88,7 +88,7 @@ bool BaseBuffer::get_vec_dbl(int col, std::vector<double>& valeurs) const {
   valeurs.reserve(_expl.size());
   FluxNombres nombres;
   for (const Exemple& ligne : _expl)
-    valeurs.push_back(nombres.reel(case_texte(ligne, static_cast<std::size_t>(col))));
+    valeurs.push_back(nombres.reel(texte_en(ligne, static_cast<std::size_t>(col))));
   return true;
 }
 

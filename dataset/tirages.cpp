@@ -61,7 +61,7 @@ Exemple faux_exemple(const Exemples& reels, std::size_t nb_attr, const char* nom
 
 /// First column of the group that is drawn from one and the same example: the block's volumes, the
 /// means and the variances of its neighbours' volumes; any other column stands for itself.
-int chef_de_groupe(int c) {
+int premiere_du_groupe(int c) {
   if (c >= col_vol_exa && c <= col_vol_nsm) return col_vol_exa;
   if (c >= col_vois_vexa_moy && c <= col_vois_vnsm_var)
     return (c - col_vois_vexa_moy) % 2 == 0 ? col_vois_vexa_moy : col_vois_vexa_var;
@@ -134,14 +134,14 @@ int BaseBuffer::sep_buffer(double ratio, BaseBuffer& first, BaseBuffer& second, 
 int BaseBuffer::create_fakes(int n) {
   return tenter([&] {
     const std::size_t nb = _expl.size();
-    // Meant so: every row is read from the last permutation at the column's own rank, and so all
+    // Every row is read from the last permutation at the column's own rank, not at its own: all
     // the rows of a call carry the same example. create_fake_base is the one that varies them. With
     // fewer examples than columns the ranks start again from the first.
     const auto p = permutations(_attr.size(), nb);
     Exemples faux;
     for (int i = 0; i < plafonner(n, nb); ++i)
       faux.push_back(faux_exemple(_expl, _attr.size(), "fake_base", i, [&](int c) {
-        return p.back()[static_cast<std::size_t>(chef_de_groupe(c) - col_type) % nb];
+        return p.back()[static_cast<std::size_t>(premiere_du_groupe(c) - col_type) % nb];
       }));
     _expl.insert(_expl.end(), std::make_move_iterator(faux.begin()),
                  std::make_move_iterator(faux.end()));
@@ -158,7 +158,7 @@ int BaseBuffer::create_fake_base(BaseBuffer& out, int n) {
     Contenu contenu{_attr, "fake_base", _num_classe, {}};
     for (int i = 0; i < plafonner(n, _expl.size()); ++i)
       contenu.expl.push_back(faux_exemple(_expl, _attr.size(), "fake_base", i, [&](int c) {
-        return p[static_cast<std::size_t>(chef_de_groupe(c) - col_type)]
+        return p[static_cast<std::size_t>(premiere_du_groupe(c) - col_type)]
                 [static_cast<std::size_t>(i)];
       }));
     contenu.remplacer(out);
@@ -177,9 +177,9 @@ int BaseBuffer::create_fake_base2(BaseBuffer& out, int n) {
     std::vector<int> tire(_attr.size());  // example drawn for each column that leads its group
     for (int i = 0; i < n && nb > 0; ++i)
       contenu.expl.push_back(faux_exemple(_expl, _attr.size(), "fake_base2", i, [&](int c) {
-        const int chef = chef_de_groupe(c);
-        int& s = tire[static_cast<std::size_t>(chef)];
-        if (c == chef) s = tirer(nb);
+        const int premiere = premiere_du_groupe(c);
+        int& s = tire[static_cast<std::size_t>(premiere)];
+        if (c == premiere) s = tirer(nb);
         return s;
       }));
     contenu.remplacer(out);

@@ -35,11 +35,11 @@ class Block {
   /// Count of the face list: 6, or 0 after set_faces.
   int nb_face() const { return nb_faces_; }
   /// Face number in slot i; 0 for an empty slot and for any i outside 0..5.
-  int _face(int i) const { return case_valide(i) ? faces_[static_cast<unsigned>(i)] : 0; }
+  int _face(int i) const { return place_valide(i) ? faces_[static_cast<unsigned>(i)] : 0; }
   /// Stores v in slot i and returns it; outside 0..5 stores nothing and returns 0.
-  int _face(int i, int v) { return case_valide(i) ? faces_[static_cast<unsigned>(i)] = v : 0; }
+  int _face(int i, int v) { return place_valide(i) ? faces_[static_cast<unsigned>(i)] = v : 0; }
   /// Writes the six slots but leaves the list's count at 0: nb_face() answers 0 and Print shows
-  /// every slot missing, while _face(i) reads the numbers. Meant so.
+  /// every slot missing, while _face(i) reads the numbers. _face(i, v) is the way to set a face.
   void set_faces(int f0, int f1, int f2, int f3, int f4, int f5);
 
   /// Back to a fresh block, but for the type C flag and the face count, which stay.
@@ -48,7 +48,7 @@ class Block {
   void Print() const;
 
  private:
-  static bool case_valide(int i) { return i >= 0 && i < topomine::nb_faces_bloc; }
+  static bool place_valide(int i) { return i >= 0 && i < topomine::nb_faces_bloc; }
 
   int id_ = 0;
   int type_ = 0;

@@ -38,7 +38,7 @@ void Edge::Print() const {
   std::ostream& out = std::cout;
   out << "Edge " << id_ << '\n' << "Carac : " << carac_ << '\n';
   out << "Nb vertices: " << vrtxs_.size() << '\n' << "Vertices\n";
-  imprimer_cases(out, "Vertex", vrtxs_, nb_vrtxs_edge);
+  imprimer_places(out, "Vertex", vrtxs_, nb_vrtxs_edge);
   imprimer_liste(out, "Nb BCs: ", "BCs : ", bc_);
   imprimer_liste(out, "Nb faces: ", "faces : ", faces_);
   out << '\n';

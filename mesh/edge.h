@@ -20,7 +20,7 @@ class Edge {
   int nb_vrtx() const { return topomine::taille(vrtxs_); }
   int _vrtx(int i) const { return topomine::lire_liste(vrtxs_, i); }
   int _vrtx(int i, int v) { return topomine::ecrire_liste(vrtxs_, i, v); }
-  /// Leaves the vertex list empty, as Face::set_edges does with edges. Meant so.
+  /// Leaves the vertex list empty, as Face::set_edges does with edges; use _vrtx(i, v).
   void set_vrtxs(int v0, int v1);
 
   int nb_face() const { return topomine::taille(faces_); }

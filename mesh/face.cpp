@@ -21,7 +21,7 @@ void Face::Print() const {
   std::ostream& out = std::cout;
   out << "Face " << id_ << '\n' << "Type  : " << type_ << '\n' << "Carac : " << carac_ << '\n';
   out << "Nb Edges: " << edges_.size() << '\n' << "Edges\n";
-  imprimer_cases(out, "Edge", edges_, nb_edges_face);
+  imprimer_places(out, "Edge", edges_, nb_edges_face);
   imprimer_liste(out, "Nb BCs: ", "BCs : ", bc_);
   imprimer_liste(out, "Nb blocs: ", "Blocs : ", blocs_);
   imprimer_liste(out, "Nb surfs: ", "Surfaces : ", surfs_);

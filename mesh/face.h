@@ -29,7 +29,7 @@ class Face {
   int _edge(int i) const { return topomine::lire_liste(edges_, i); }
   int _edge(int i, int v) { return topomine::ecrire_liste(edges_, i, v); }
   /// Leaves the edge list empty: the numbers go to room beyond the list's count, where no accessor
-  /// reads. Meant so; _edge(i, v) is the way to set an edge.
+  /// reads. _edge(i, v) is the way to set an edge.
   void set_edges(int e0, int e1, int e2, int e3);
 
   int nb_bloc() const { return topomine::taille(blocs_); }

@@ -21,7 +21,8 @@ void imprimer_liste(std::ostream& out, std::string_view titre, std::string_view 
   out << '\n';
 }
 
-void imprimer_cases(std::ostream& out, std::string_view nom, const std::vector<int>& liste, int n) {
+void imprimer_places(std::ostream& out, std::string_view nom, const std::vector<int>& liste,
+                     int n) {
   for (int i = 0; i < n; ++i) {
     out << "  " << nom << ' ' << i;
     if (dans_liste(liste, i))

@@ -35,8 +35,9 @@ inline int ecrire_liste(std::vector<int>& liste, int i, int v) {
   return i;
 }
 
-/// Sets the first n elements to 0. A list that lacks one of them is emptied; a longer list keeps
-/// its other elements, so a work record that once grew carries them on into the next entity.
+/// Sets the first n elements to 0; a list that has fewer is emptied instead. Elements after the
+/// n-th stay: readers fill one record again and again, and a face with a seventh edge hands it on
+/// to every face read after it.
 void remettre_a_zero(std::vector<int>& liste, int n);
 
 /// `titre` and the count on one line, then, unless the list is empty, `entete` and the numbers.
@@ -44,6 +45,6 @@ void imprimer_liste(std::ostream& out, std::string_view titre, std::string_view 
                     const std::vector<int>& liste);
 
 /// One line per slot 0..n-1: the number it holds, or " absent".
-void imprimer_cases(std::ostream& out, std::string_view nom, const std::vector<int>& liste, int n);
+void imprimer_places(std::ostream& out, std::string_view nom, const std::vector<int>& liste, int n);
 
 }  // namespace topomine
