@@ -1,10 +1,12 @@
 #include "base/base.h"
 
 #include <cstdio>
-#include <exception>
 #include <iostream>
 #include <string_view>
 #include <utility>
+
+#include "base/lecture/journal.h"
+#include "base/lecture/lectures.h"
 
 using namespace topomine;
 
@@ -27,13 +29,35 @@ bool Base::test_files() {
 }
 
 bool Base::load_all() {
-  try {
-    if (nom_base.empty()) gen_nom_base();
-    return test_files() && load_clcfg(chemin) && load_plane() && load_scene() && load_blocs() &&
-           load_faces() && load_edges() && load_vrtxs() && make_link() && maj_typeC();
-  } catch (const std::exception&) {
-    return false;
-  }
+  return lire_base(*this, console());
+}
+
+bool Base::load_clcfg(const std::string& repertoire) {
+  return lire_climite(repertoire, console());
+}
+
+bool Base::load_plane() {
+  return lire_plane(*this, console());
+}
+
+bool Base::load_scene() {
+  return lire_scene(*this, console());
+}
+
+bool Base::load_blocs() {
+  return lire_blocs(*this, console());
+}
+
+bool Base::load_faces() {
+  return lire_faces(*this, console());
+}
+
+bool Base::load_edges() {
+  return lire_edges(*this, console());
+}
+
+bool Base::load_vrtxs() {
+  return lire_vrtxs(*this, console());
 }
 
 namespace {

@@ -52,16 +52,16 @@ class Base {
   /// Sets nom_base.
   void gen_nom_base();
 
-  // --- Loading. Readers answer false, after a message of their own, when their file cannot be
-  // loaded, when an edge has not two vertices, and when a block numbers a face other than 1 to 6; a
-  // readable file that lacks a required element or text stops the program (SIGABRT).
+  // --- Loading (base/lecture/). Readers answer false, after a message of their own, when their
+  // file cannot be loaded, when an edge has not two vertices, and when a face lists more than 1,000
+  // edges; a readable file that lacks a required element or text stops the program (SIGABRT).
   /// Configuration, scene, blocks, faces, edges, vertices, then links and classes, in this order;
   /// stops at the first failure, keeping what was read.
   bool load_all();
   /// Always true: the place for a check that the files exist.
   bool test_files();
-  /// Reads chemin + "climite.cfg" unless a configuration is loaded; a missing file leaves the table
-  /// empty.
+  /// Reads chemin + "climite.cfg" unless a configuration is loaded; one that is missing, or no file
+  /// that can be opened, leaves the table empty.
   bool load_clcfg(const std::string& repertoire);
   bool load_plane();
   bool load_scene();

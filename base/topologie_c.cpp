@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/base.h"
-#include "base/lecture/climite.h"
+#include "base/configuration.h"
 
 using namespace topomine;
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "base/lecture/climite.h"
+#include "base/configuration.h"
 #include "texte/nombres.h"
 
 namespace topomine {

@@ -5,10 +5,11 @@
 #include <vector>
 
 #include "base/base.h"
+#include "base/configuration.h"
 #include "base/lecture/climite.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
-#include "verifie/lecteur_strict.h"
+#include "verifie/journal_constats.h"
 
 using namespace topomine;
 
@@ -81,13 +82,11 @@ void comparer_releve(std::string_view entree, Fin fin) {
 }  // namespace
 
 void cible_climite(std::string_view entree) {
-  Base::init_cl_cfg = false;
-  Base::list_CLim.clear();
-  Base::list_attr.clear();
-  Ecoute ecoute;
+  oublier_configuration();
+  JournalEssai journal;
   Fin fin = Fin::lue;
   try {
-    if (!parcourir_climite(entree)) fin = Fin::entete_incomplete;
+    if (!parcourir_climite(entree, journal)) fin = Fin::entete_incomplete;
   } catch (const std::exception&) {
     fin = Fin::ligne_fautive;
   }

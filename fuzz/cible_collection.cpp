@@ -1,11 +1,14 @@
+#include <tinyxml.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <exception>
 #include <string>
 
+#include "base/configuration.h"
 #include "base/lecture/climite.h"
-#include "base/lecture/parcours.h"
+#include "base/lecture/lectures.h"
 #include "dataset/basebuffer.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
@@ -16,28 +19,22 @@ using namespace topomine;
 
 namespace {
 
-bool lire_xml(Base& base, std::string_view texte, Marche marche) {
-  TiXmlDocument doc;
-  return analyser_xml(std::string(texte), doc) && marche(base, doc, "entree");
-}
-
-bool configurer(std::string_view texte) {
-  Base::init_cl_cfg = false;
-  Base::list_CLim.clear();
-  Base::list_attr.clear();
+/// load_all, but for the files.
+bool charger(Base& base, const std::array<std::string_view, 6>& textes, Journal& journal) {
+  const auto lire_xml = [&](std::string_view texte, Marche marche) {
+    TiXmlDocument doc;
+    return analyser_xml(std::string(texte), doc) && marche(base, doc, "entree", journal);
+  };
+  oublier_configuration();
   try {
-    return parcourir_climite(texte);
+    if (!parcourir_climite(textes[0], journal)) return false;
   } catch (const std::exception&) {
     return false;
   }
-}
-
-/// load_all, but for the files.
-bool charger(Base& base, const std::array<std::string_view, 6>& textes) {
-  return configurer(textes[0]) && lire_xml(base, textes[1], parcourir_plane) &&
-         lire_xml(base, textes[1], parcourir_scene) && lire_xml(base, textes[2], parcourir_blocs) &&
-         lire_xml(base, textes[3], parcourir_faces) && lire_xml(base, textes[4], parcourir_edges) &&
-         lire_xml(base, textes[5], parcourir_vrtxs) && base.make_link() && base.maj_typeC();
+  return lire_xml(textes[1], parcourir_plane) && lire_xml(textes[1], parcourir_scene) &&
+         lire_xml(textes[2], parcourir_blocs) && lire_xml(textes[3], parcourir_faces) &&
+         lire_xml(textes[4], parcourir_edges) && lire_xml(textes[5], parcourir_vrtxs) &&
+         base.make_link() && base.maj_typeC();
 }
 
 }  // namespace
@@ -48,11 +45,12 @@ void cible_collection(std::string_view entree) {
     texte = entree.substr(0, entree.find(separateur));
     entree.remove_prefix(std::min(texte.size() + 1, entree.size()));
   }
-  Ecoute ecoute;
+  JournalEssai journal;
   Base base("mesh_case_2", "", "nrm");
   base.disp = false;
   bool charge = false;
-  if (!sans_faute(ecoute, [&] { charge = charger(base, textes); }) || !charge) return;
+  if (!sans_faute([&] { charge = charger(base, textes, journal); }) || !charge) return;
+  const Ecoute muette;
   verifier_liens(base);
   verifier_questions(base);
 

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "base/lecture/journal.h"
 #include "tests/support/modele.h"
 
 // What the targets share.
@@ -31,8 +32,21 @@ class Ecoute {
   std::streambuf* avant_erreur_;
 };
 
-/// True when `action` returned, false when it met a structural fault, whose message must be there.
-bool sans_faute(Ecoute& ecoute, const std::function<void()>& action);
+/// Keeps all that is said; a structural fault is thrown.
+class JournalEssai final : public topomine::Journal {
+ public:
+  void ouverture(const std::string& fichier) override { dit += fichier; }
+  void illisible(const std::string& fichier, bool /*ligne_neuve*/) override { dit += fichier; }
+  void trace(std::string_view ligne) override { (dit += ligne) += '\n'; }
+  void avertissement(std::string_view ligne) override { (dit += ligne) += '\n'; }
+  void echec(std::string_view ligne) override { (dit += ligne) += '\n'; }
+  void faute(const topomine::Faute& faute) override;
+
+  std::string dit;
+};
+
+/// True when `action` returned, false when it met a structural fault.
+bool sans_faute(const std::function<void()>& action);
 
 /// Bit for bit, so that not-a-number equals itself and -0 is not 0.
 bool memes_bits(double a, double b);

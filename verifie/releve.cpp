@@ -1,12 +1,12 @@
 #include "verifie/releve.h"
 
+#include <tinyxml.h>
+
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
-#include "base/lecture/fichier.h"
-#include "base/lecture/parcours.h"
-#include "verifie/lecteur_strict.h"
+#include "base/lecture/lectures.h"
+#include "verifie/journal_constats.h"
 
 namespace topomine {
 
@@ -40,17 +40,12 @@ bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
     return false;
   };
   std::string texte;
-  switch (lire_fichier(r.noms[f], texte)) {
-    case Lecture::absente:
-      return refuser(1, "absent ou interdit de lecture", "le fournir, ou en donner le droit");
-    case Lecture::impossible:
-      return refuser(1, "n'est pas un fichier lisible", "mettre un fichier XML a sa place");
-    case Lecture::faite:
-      break;
-  }
-  if (analyser_xml(std::move(texte), doc, true)) return true;
-  if (!doc.Error() && doc.FirstChild())
+  if (const Lecture lecture = lire_fichier(r.noms[f], texte); lecture != Lecture::faite)
+    return refuser(1, dire(lecture), "mettre un fichier XML a sa place, que l'on puisse lire");
+  if (analyser_xml(std::move(texte), doc, true)) {
+    if (doc.RootElement()) return true;
     return refuser(1, "coupe avant son premier element", "le fournir en entier");
+  }
   if (!doc.Error())
     return refuser(1, "imbrication ou nombre d'attributs au-dela de 1000",
                    "simplifier le document");
@@ -60,39 +55,60 @@ bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
                  "corriger le document a cet endroit");
 }
 
-using Relever = void (*)(Lecteur&, const TiXmlNode&);
-
-struct Lu {
+struct SorteDeFichier {
   const char* suffixe;
   const char* racine;
-  const char* sorte;
-  Relever relever;
+  Marche marche;
 };
 
+bool parcourir_def(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+                   Journal& journal) {
+  return parcourir_plane(base, doc, fichier, journal) &&
+         parcourir_scene(base, doc, fichier, journal);
+}
+
 /// By Fichier.
-constexpr std::array<Lu, nb_fichiers> lectures{{
-    {".def", "definition_scene", "scene", relever_scene},
-    {".blck", "Blocks", "bloc", relever_bloc},
-    {".face", "Faces", "face", relever_face},
-    {".edge", "Edges", "edge", relever_edge},
-    {".vrtx", "Vertices", "vertex", relever_vertex},
+constexpr std::array<SorteDeFichier, nb_fichiers> sortes{{
+    {".def", "definition_scene", parcourir_def},
+    {".blck", "Blocks", parcourir_blocs},
+    {".face", "Faces", parcourir_faces},
+    {".edge", "Edges", parcourir_edges},
+    {".vrtx", "Vertices", parcourir_vrtxs},
 }};
 
 }  // namespace
 
+const char* dire(Lecture lecture) {
+  switch (lecture) {
+    case Lecture::absente:
+      return "absent";
+    case Lecture::interdite:
+      return "interdit de lecture";
+    case Lecture::boucle:
+      return "lien qui tourne en rond";
+    case Lecture::dossier:
+      return "dossier au lieu d'un fichier";
+    case Lecture::special:
+      return "tube ou peripherique au lieu d'un fichier";
+    case Lecture::interrompue:
+      return "la lecture s'est arretee en chemin";
+    case Lecture::faite:
+      break;
+  }
+  return "lu";
+}
+
 void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
-  const Lu& l = lectures[f];
-  const TiXmlNode* racine = doc.FirstChild(l.racine);
-  if (!racine) {
-    r.signaler(f, 1, "fichier", "", std::string("pas d'element ") + l.racine,
+  const SorteDeFichier& sorte = sortes[f];
+  if (!doc.FirstChild(sorte.racine)) {
+    r.signaler(f, 1, "fichier", "", std::string("pas d'element ") + sorte.racine,
                "mettre le contenu dans cet element");
     return;
   }
   r.lus[f] = true;
-  Lecteur lecteur(r, f, l.sorte);
-  if (f == fic_def) return l.relever(lecteur, *racine);
-  for (const TiXmlNode* n = racine->FirstChild(); n; n = n->NextSibling())
-    if (lecteur.suivante(*n)) l.relever(lecteur, *n);
+  r.base.disp = false;
+  JournalConstats journal(r, f);
+  sorte.marche(r.base, doc, r.noms[f], journal);
 }
 
 int Releve::ligne(Fichier f, int numero) const {
@@ -111,7 +127,7 @@ Releve relever(const std::string& nom, const std::string& chemin, const std::str
   r.base.gen_nom_base();
   for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
     const std::string milieu = f == fic_def ? "" : "_" + mode;
-    r.noms[f] = r.base.nom_base + milieu + lectures[f].suffixe;
+    r.noms[f] = r.base.nom_base + milieu + sortes[f].suffixe;
     if (TiXmlDocument doc; ouvrir(r, f, doc)) relever_document(r, f, doc);
   }
   return r;

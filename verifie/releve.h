@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "base/base.h"
-#include "texte/nombres.h"
 
 namespace topomine {
 

@@ -116,9 +116,9 @@ void charger_base(Base& base, Progres& progres) {
   progres.etape("lecture de " + base.nom);
   const Chargement c = charger(base);
   if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
-  if (c.avertissements == 0) return;
+  if (c.avertissements.empty()) return;
   progres.effacer();
-  std::cerr << "topodata : base " << base.nom << " : " << c.avertissements
+  std::cerr << "topodata : base " << base.nom << " : " << c.avertissements.size()
             << " avertissement(s) a la lecture ; topodata verifie dit ou\n";
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 class Base;
 
@@ -9,8 +10,9 @@ namespace topomine {
 /// What came of loading a base in silence.
 struct Chargement {
   bool fait = false;
-  std::string dit;         ///< what the reader that failed said, on one line
-  int avertissements = 0;  ///< lines that the readers wrote on standard error though all was loaded
+  std::string fichier;                      ///< the last one that was opened, empty when none was
+  std::string dit;                          ///< why it failed, on one line
+  std::vector<std::string> avertissements;  ///< what was odd in it though it may have been loaded
 };
 
 /// load_all() without a word on the consoles, for programs whose standard output is their product.

@@ -2,125 +2,130 @@
 
 #include <algorithm>
 #include <exception>
-#include <iostream>
+#include <map>
 #include <stdexcept>
+#include <string>
 
 #include "base/base.h"
 #include "base/lecture/fichier.h"
+#include "base/lecture/journal.h"
+#include "base/lecture/lectures.h"
 #include "texte/nombres.h"
 
-using namespace topomine;
-
-bool Base::init_cl_cfg = false;
-std::map<int, std::map<std::string, std::string>> Base::list_CLim;
-std::vector<std::string> Base::list_attr;
-
-void clear_blk(std::string& s) {
-  s.erase(0, s.find_first_not_of(" \t"));
-}
+namespace topomine {
 
 namespace {
 
-const std::string colonne_code = "Damas code";
-const std::string colonne_bccode = "BCCODE";
+constexpr std::int64_t octets_par_champ = 100;
 
-/// Takes the next line, without its newline, off the front of `texte`. False when what is left has
-/// no newline: an unfinished line does not count.
-bool prendre_ligne(std::string_view& texte, std::string_view& ligne) {
-  const std::size_t fin = texte.find('\n');
-  if (fin == std::string_view::npos) return false;
-  ligne = texte.substr(0, fin);
-  texte.remove_prefix(fin + 1);
-  return true;
-}
-
-/// The fields of a line, each ended by ";", leading blanks removed. Throws when the last field
-/// lacks its ";": only blanks and a carriage return may follow the last one.
-std::vector<std::string_view> couper(std::string_view ligne) {
-  std::vector<std::string_view> champs;
-  for (std::size_t fin; (fin = ligne.find(';')) != std::string_view::npos;) {
-    std::string_view& champ = champs.emplace_back(ligne.substr(0, fin));
-    champ.remove_prefix(std::min(champ.find_first_not_of(" \t"), champ.size()));
-    ligne.remove_prefix(fin + 1);
+/// What the rows leave in Base::list_CLim. One row map and one conversion for all of them: a short
+/// row keeps the values of the row above, and what a code leaves unread spoils the codes below.
+class Rangees {
+ public:
+  explicit Rangees(const std::vector<std::string_view>& colonnes)
+      : colonnes_(colonnes.begin(), colonnes.end()) {
+    rangee_.try_emplace(std::string(colonne_code));
   }
-  if (ligne.find_first_not_of(" \t\r") != std::string_view::npos)
-    throw std::runtime_error("champ sans point-virgule");
-  return champs;
-}
+
+  void ajouter(LignesClimite& lignes) {
+    const std::vector<std::string_view>& champs = lignes.champs();
+    if (champs.size() > colonnes_.size()) throw std::runtime_error("champ sans colonne");
+    if (champs.empty() && repetable_) return;
+    lignes.compter();
+    if (lignes.demesure()) throw std::length_error("configuration demesuree");
+    for (std::size_t n = 0; n < champs.size(); ++n) {
+      rangee_[colonnes_[n]] = champs[n];
+      if (colonnes_[n] == colonne_code) texte_code_ = champs[n];
+    }
+    const bool sans_reste = nombres_.sans_reste();
+    const int code = nombres_.entier(texte_code_);
+    repetable_ = (sans_reste && nombres_.sans_reste()) || nombres_.bouche();
+    Base::list_CLim[code] = rangee_;
+  }
+
+ private:
+  const std::vector<std::string> colonnes_;
+  std::map<std::string, std::string> rangee_;
+  std::string_view texte_code_;
+  FluxNombres nombres_;
+  bool repetable_ = false;  // the same row once more would change nothing
+};
 
 }  // namespace
 
-const std::string* topomine::chercher_CL(int code, const std::string& colonne) {
-  const auto ligne = Base::list_CLim.find(code);
-  if (ligne == Base::list_CLim.end()) return nullptr;
-  const auto valeur = ligne->second.find(colonne);
-  return valeur == ligne->second.end() ? nullptr : &valeur->second;
-}
-
-bool topomine::parcourir_climite(std::string_view texte) {
-  std::string_view ligne;
-  if (!prendre_ligne(texte, ligne)) {
-    std::cerr << "Fichier non_valide..." << std::endl;
-    return false;
+bool LignesClimite::suivante() {
+  if (reste_.empty()) return false;
+  const std::size_t fin = reste_.find('\n');
+  std::string_view ligne = reste_.substr(0, fin);
+  finie_ = fin != std::string_view::npos;
+  reste_.remove_prefix(finie_ ? fin + 1 : reste_.size());
+  ++numero_;
+  constexpr std::string_view blancs = " \t\r";
+  blanche_ = ligne.find_first_not_of(blancs) == std::string_view::npos;
+  champs_.clear();
+  for (std::size_t n; (n = ligne.find(';')) != std::string_view::npos;) {
+    std::string_view& champ = champs_.emplace_back(ligne.substr(0, n));
+    champ.remove_prefix(std::min(champ.find_first_not_of(" \t"), champ.size()));
+    ligne.remove_prefix(n + 1);
   }
-  // The rows go by this header; list_attr keeps the names of a reading that failed before it.
-  const std::vector<std::string_view> entete = couper(ligne);
-  const std::vector<std::string> colonnes(entete.begin(), entete.end());
-  Base::list_attr.insert(Base::list_attr.end(), colonnes.begin(), colonnes.end());
-
-  // One row map and one conversion for all the rows: a short row keeps the values of the row above,
-  // and what a code leaves unread spoils the codes below.
-  std::map<std::string, std::string> rangee{{colonne_code, {}}};
-  std::string_view texte_code;
-  FluxNombres nombres;
-  while (prendre_ligne(texte, ligne)) {
-    const std::vector<std::string_view> champs = couper(ligne);
-    if (champs.size() > colonnes.size()) throw std::runtime_error("champ sans colonne");
-    for (std::size_t n = 0; n < champs.size(); ++n) {
-      rangee[colonnes[n]] = champs[n];
-      if (colonnes[n] == colonne_code) texte_code = champs[n];
-    }
-    const int code = nombres.entier(texte_code);
-    Base::list_CLim[code] = rangee;
-  }
+  terminee_ = ligne.find_first_not_of(blancs) == std::string_view::npos;
+  if (numero_ > 1) return true;
+  tailles_.assign(champs_.size(), 0);
+  for (const std::string_view nom : champs_)
+    octets_rangee_ += octets_par_champ + static_cast<std::int64_t>(nom.size());
   return true;
 }
 
-bool Base::load_clcfg(const std::string& repertoire) {
-  if (init_cl_cfg) return true;
+void LignesClimite::compter() {
+  for (std::size_t n = 0; n < std::min(champs_.size(), tailles_.size()); ++n) {
+    octets_rangee_ += static_cast<std::int64_t>(champs_[n].size());
+    octets_rangee_ -= static_cast<std::int64_t>(tailles_[n]);
+    tailles_[n] = champs_[n].size();
+  }
+  octets_ += octets_rangee_;
+}
+
+bool parcourir_climite(std::string_view texte, Journal& journal) {
+  LignesClimite lignes(texte);
+  const auto prendre = [&] {
+    if (!lignes.suivante() || !lignes.finie()) return false;
+    if (!lignes.terminee()) throw std::runtime_error("champ sans point-virgule");
+    return true;
+  };
+  if (!prendre()) {
+    journal.echec("Fichier non_valide...");
+    return false;
+  }
+  // The rows go by this header; list_attr keeps the names of a reading that failed before it.
+  Base::list_attr.insert(Base::list_attr.end(), lignes.champs().begin(), lignes.champs().end());
+  Rangees rangees(lignes.champs());
+  while (prendre()) rangees.ajouter(lignes);
+  return true;
+}
+
+bool lire_climite(const std::string& repertoire, Journal& journal) {
+  if (Base::init_cl_cfg) return true;
   try {
     std::string texte;
     switch (lire_fichier(repertoire + "climite.cfg", texte)) {
-      case Lecture::absente:
-        break;  // accepted in silence: no boundary condition is known
-      case Lecture::impossible:
-        throw std::runtime_error("fichier illisible");
       case Lecture::faite:
-        if (!parcourir_climite(texte)) return false;
+        if (!parcourir_climite(texte, journal)) return false;
+        break;
+      case Lecture::interrompue:
+        throw std::runtime_error("lecture interrompue");
+      default:
+        break;  // accepted in silence: no boundary condition is known
     }
-    return init_cl_cfg = true;
+    return Base::init_cl_cfg = true;
+  } catch (const std::length_error&) {
+    journal.avertissement(
+        "climite.cfg trop grand : ses rang\351es, compl\351t\351es, d\351passent " +
+        std::to_string(configuration_max >> 20) + " Mio");
   } catch (const std::exception&) {
-    std::cerr << "Erreur acquisition climite.cfg.... " << std::endl;
-    return false;
+    // A faulty line, or no memory.
   }
+  journal.echec("Erreur acquisition climite.cfg.... ");
+  return false;
 }
 
-std::string Base::_CL(int code, const std::string& colonne) const {
-  try {
-    if (const std::string* valeur = chercher_CL(code, colonne)) return *valeur;
-  } catch (const std::exception&) {
-    // No memory for the copy: as if there were no value.
-  }
-  return {};
-}
-
-std::vector<int> Base::DAM2BCCODE(const std::vector<int>& codes) const {
-  std::vector<int> bccodes;
-  bccodes.reserve(codes.size());
-  FluxNombres nombres;
-  for (const int code : codes) {
-    const std::string* texte = chercher_CL(code, colonne_bccode);
-    bccodes.push_back(nombres.entier(texte ? std::string_view(*texte) : std::string_view()));
-  }
-  return bccodes;
-}
+}  // namespace topomine

@@ -4,10 +4,18 @@
 
 namespace topomine {
 
-enum class Lecture { faite, absente, impossible };
+/// What came of reading a file.
+enum class Lecture {
+  faite,
+  absente,
+  interdite,  ///< no permission for it or for a folder on its way
+  boucle,     ///< links that lead to each other
+  dossier,
+  special,      ///< a pipe, a device, a socket: it might be waited for for ever
+  interrompue,  ///< a read failed halfway
+};
 
-/// Reads a whole file into `contenu`. absente: it cannot be opened; impossible: it is not a regular
-/// file (a folder, a pipe that would be waited for), or reading it fails.
+/// Reads a whole file into `contenu`.
 Lecture lire_fichier(const std::string& nom, std::string& contenu);
 
 }  // namespace topomine

@@ -1,42 +1,63 @@
-#include <iostream>
-
+#include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
-using namespace topomine;
+namespace topomine {
 
-bool Base::load_blocs() {
-  return lire_document(*this, nom_base + "_" + type + ".blck", meme_ligne, parcourir_blocs);
+namespace {
+
+constexpr int type_ordinaire = 30;
+constexpr double volume_ordinaire = 1.0;
+
+/// A strict reading goes on with values that nobody will find fault with.
+void lire_mesures(Parcours& p, Noeud n, Block& bloc) {
+  bloc._type(p.entier(n, "Type", type_ordinaire));
+  bloc._erik(p.cellule(n, "Erikson"));
+  const Noeud volumes = p.enfant(n, "Volumes", "volm");
+  bloc._volexa(p.cellule(volumes, "Exact", volume_ordinaire));
+  bloc._volmor(p.cellule(volumes, "Mor", bloc._volexa()));
+  bloc._volmoy(p.cellule(volumes, "Moyen", bloc._volexa()));
+  bloc._volnsm(p.cellule(volumes, "NSMB", bloc._volexa()));
 }
 
-bool topomine::parcourir_blocs(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
-  Parcours p("bool Base::load_blocs()", "bloc", fichier);
+void lire_cases(Parcours& p, Noeud n, Block& bloc) {
+  Cases cases{"face", "NbSubFace", "SubFace", nb_faces_bloc,
+              "base comportant des sousfaces mulitples ou negatives...."};
+  const Noeud liste = p.enfant(n, "Faces", "facs");
+  for (Noeud place = p.enfant(liste, "Face", "face"); place; place = place->NextSibling()) {
+    const auto lue = p.lire_case(cases, place);
+    if (!lue) continue;
+    if (lue->numero >= 1 && lue->numero <= nb_faces_bloc)
+      bloc._face(lue->numero - 1, lue->contenu);
+    else
+      p.journal().avertissement("Attention au bloc " + std::to_string(bloc._id()) +
+                                ", Numero de face " + std::to_string(lue->numero) +
+                                " hors de 1 \340 " + std::to_string(nb_faces_bloc) +
+                                " : case ignor\351e");
+  }
+  p.cases_manquantes(cases, liste);
+}
+
+}  // namespace
+
+bool lire_blocs(Base& base, Journal& journal) {
+  return lire_document(base, base.nom_base + "_" + base.type + ".blck", parcourir_blocs,
+                       Echec::meme_ligne, journal);
+}
+
+bool parcourir_blocs(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+                     Journal& journal) {
+  Parcours p("bool Base::load_blocs()", fichier, journal);
   Block bloc;
-  const TiXmlNode& top = p.enfant(doc, "Blocks");
-  for (const TiXmlNode* n = top.FirstChild(); n; n = n->NextSibling()) {
-    p.suivante();
+  const Noeud blocs = p.enfant(&doc, "Blocks");
+  p.sorte("bloc");
+  for (Noeud n = p.premiere(blocs); n; n = p.suivante(n)) {
     bloc.clear();
-    const int ident = bloc._id(p.ident(*n));
-    bloc._type(p.entier(*n, "Type"));
-    bloc._erik(p.reel(p.enfant(*n, "Erikson"), "Cell"));
-    const TiXmlNode& volumes = p.enfant(*n, "Volumes", "volm");
-    bloc._volexa(p.reel(p.enfant(volumes, "Exact"), "Cell"));
-    bloc._volmor(p.reel(p.enfant(volumes, "Mor"), "Cell"));
-    bloc._volmoy(p.reel(p.enfant(volumes, "Moyen"), "Cell"));
-    bloc._volnsm(p.reel(p.enfant(volumes, "NSMB"), "Cell"));
-    const TiXmlNode& liste = p.enfant(*n, "Faces", "facs");
-    for (const TiXmlNode* place = &p.enfant(liste, "Face", "face"); place;
-         place = place->NextSibling()) {
-      const int numero = p.entier(*place, "Numero");
-      const int face = p.contenu_case(*place, "NbSubFace", "SubFace",
-                                      "base comportant des sousfaces mulitples ou negatives....");
-      if (numero < 1 || numero > nb_faces_bloc) {
-        std::cerr << "Erreur avec le bloc " << ident << ", Numero de face " << numero
-                  << " hors de 1 \340 " << nb_faces_bloc << " ..." << std::endl;
-        return false;
-      }
-      bloc._face(numero - 1, face);
-    }
-    ranger(base, "bloc", base.blocs, ident, bloc);
+    bloc._id(p.ident(n));
+    lire_mesures(p, n, bloc);
+    lire_cases(p, n, bloc);
+    p.ranger(base, base.blocs, bloc);
   }
   return true;
 }
+
+}  // namespace topomine

@@ -1,31 +1,36 @@
-#include <iostream>
-
+#include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
-using namespace topomine;
+namespace topomine {
 
-bool Base::load_edges() {
-  return lire_document(*this, nom_base + "_" + type + ".edge", ligne_neuve, parcourir_edges);
+bool lire_edges(Base& base, Journal& journal) {
+  return lire_document(base, base.nom_base + "_" + base.type + ".edge", parcourir_edges,
+                       Echec::ligne_neuve, journal);
 }
 
-bool topomine::parcourir_edges(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
-  Parcours p("bool Base::load_edges()", "edge", fichier);
+bool parcourir_edges(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+                     Journal& journal) {
+  Parcours p("bool Base::load_edges()", fichier, journal);
   Edge edge;
-  const TiXmlNode& top = p.enfant(doc, "Edges");
-  for (const TiXmlNode* n = top.FirstChild(); n; n = n->NextSibling()) {
-    p.suivante();
+  const Noeud edges = p.enfant(&doc, "Edges");
+  p.sorte("edge");
+  for (Noeud n = p.premiere(edges); n; n = p.suivante(n)) {
     edge.clear();
-    const int ident = edge._id(p.ident(*n));
-    edge._carac(p.entier(*n, "NumCaract"));
-    p.pour_chaque_entier(*n, "Boundary_Conditions", [&](int code) { edge.add_BC(code); });
-    if (p.entier(*n, "NbVertex") != nb_vrtxs_edge) {
-      std::cerr << "Erreur avec l'edge " << ident << " ..." << std::endl;
+    edge._id(p.ident(n));
+    edge._carac(p.entier(n, "NumCaract"));
+    p.pour_chaque_entier(n, "Boundary_Conditions", [&](int code) { edge.add_BC(code); });
+    const Noeud element = p.enfant(n, "NbVertex");
+    const int nb = p.entier(element, nb_vrtxs_edge);
+    if (nb != nb_vrtxs_edge && !p.ecart(Ecart::nb_vertex, element, std::to_string(nb))) {
+      journal.echec("Erreur avec l'edge " + std::to_string(edge._id()) + " ...");
       return false;
     }
-    const TiXmlNode& bouts = p.enfant(*n, "Vertices");
-    edge._vrtx(0, p.entier(bouts, "rmin"));
-    edge._vrtx(1, p.entier(bouts, "rmax"));
-    ranger(base, "edge", base.edges, ident, edge);
+    const Noeud bouts = p.enfant(n, "Vertices");
+    edge._vrtx(0, p.reference(p.enfant(bouts, "rmin")));
+    edge._vrtx(1, p.reference(p.enfant(bouts, "rmax")));
+    p.ranger(base, base.edges, edge);
   }
   return true;
 }
+
+}  // namespace topomine

@@ -1,38 +1,57 @@
-#include <iostream>
-
+#include "base/lecture/lectures.h"
+#include "base/lecture/limites_xml.h"
 #include "base/lecture/parcours.h"
 
-using namespace topomine;
+namespace topomine {
 
-bool Base::load_faces() {
-  return lire_document(*this, nom_base + "_" + type + ".face", ligne_neuve, parcourir_faces);
+namespace {
+
+/// False when the face has too many of them.
+bool lire_cases(Parcours& p, Noeud n, Face& face) {
+  Cases cases{"edge", "NbSubEdge", "SubEdge", nb_edges_face,
+              "base comportant des sousedges multiples ou negatives...."};
+  Noeud place = p.enfant(n, "Edge", "hnode");
+  for (; place && nom_commence(place, "Edge"); place = place->NextSibling()) {
+    const auto lue = p.lire_case(cases, place);
+    if (!lue) continue;
+    // Any number outside the list appends; 0 would be slot -1, and so would the smallest int.
+    face._edge(lue->numero > 0 ? lue->numero - 1 : -1, lue->contenu);
+    if (face.nb_edge() > edges_max) return false;
+  }
+  if (place && !p.ecart(Ecart::edges_interrompues, place))
+    p.journal().trace(std::string("fin des edges... avec value = ") + place->Value());
+  p.cases_manquantes(cases, n);
+  return true;
 }
 
-bool topomine::parcourir_faces(Base& base, const TiXmlDocument& doc, const std::string& fichier) {
-  Parcours p("bool Base::load_faces()", "face", fichier);
+}  // namespace
+
+bool lire_faces(Base& base, Journal& journal) {
+  return lire_document(base, base.nom_base + "_" + base.type + ".face", parcourir_faces,
+                       Echec::ligne_neuve, journal);
+}
+
+bool parcourir_faces(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+                     Journal& journal) {
+  Parcours p("bool Base::load_faces()", fichier, journal);
   Face face;
-  const TiXmlNode& top = p.enfant(doc, "Faces");
-  for (const TiXmlNode* n = top.FirstChild(); n; n = n->NextSibling()) {
-    p.suivante();
+  const Noeud faces = p.enfant(&doc, "Faces");
+  p.sorte("face");
+  for (Noeud n = p.premiere(faces); n; n = p.suivante(n)) {
     face.clear();
-    const int ident = face._id(p.ident(*n));
-    face._carac(p.entier(*n, "NumCaract"));
-    face._type(p.entier(*n, "Type"));
-    p.pour_chaque_entier(*n, "Boundary_Conditions", [&](int code) { face.add_BC(code); });
-    p.pour_chaque_entier(*n, "Surfaces", [&](int surf) { face.add_surf(surf); });
-    for (const TiXmlNode* place = &p.enfant(*n, "Edge", "hnode"); place;
-         place = place->NextSibling()) {
-      if (!nom_commence(*place, "Edge")) {
-        std::cout << "fin des edges... avec value = " << place->ValueStr() << std::endl;
-        break;
-      }
-      const int numero = p.entier(*place, "Numero");
-      const int edge = p.contenu_case(*place, "NbSubEdge", "SubEdge",
-                                      "base comportant des sousedges multiples ou negatives....");
-      // Any number outside the list appends; 0 would be slot -1, and so would the smallest int.
-      face._edge(numero > 0 ? numero - 1 : -1, edge);
+    face._id(p.ident(n));
+    face._carac(p.entier(n, "NumCaract"));
+    face._type(p.entier(n, "Type"));
+    p.pour_chaque_entier(n, "Boundary_Conditions", [&](int code) { face.add_BC(code); });
+    p.pour_chaque_entier(n, "Surfaces", [&](int surf) { face.add_surf(surf); });
+    if (!lire_cases(p, n, face)) {
+      journal.echec("Erreur avec la face " + std::to_string(face._id()) + ", plus de " +
+                    std::to_string(edges_max) + " edges ...");
+      return false;
     }
-    ranger(base, "face", base.faces, ident, face);
+    p.ranger(base, base.faces, face);
   }
   return true;
 }
+
+}  // namespace topomine

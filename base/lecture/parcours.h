@@ -2,101 +2,138 @@
 
 #include <tinyxml.h>
 
-#include <cstdlib>
-#include <iostream>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/base.h"
+#include "base/lecture/journal.h"
 #include "texte/nombres.h"
 
 namespace topomine {
 
-// What the readers of XML files share: opening with its trace, and a walk that knows where it
-// stands. Internal to base/.
+/// A node of the document. Only a strict reading goes on with none, whose absence it has said; what
+/// is asked of none is none, in silence.
+using Noeud = const TiXmlNode*;
 
-/// What comes after the message of a structural fault. Who must go on (charger, the fuzz targets)
-/// puts a throw here; when it returns, the program is aborted all the same.
-inline void (*suite_faute)() = &std::abort;
-
-/// Parses a document held in memory; false when it is not well-formed, has no element, or goes
-/// beyond the limits of xml_garde.h. `texte` is spent. suivi: with the line of each node, which
-/// costs a tenth of the time.
-bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi = false);
-
-using Marche = bool (*)(Base&, const TiXmlDocument&, const std::string& fichier);
-
-/// Opens `fichier` with its "parsing fichier" trace and hands the document to `marche`. When it
-/// cannot be loaded: `avant_echec` and "probleme de lecture du fichier" on standard output, false.
-bool lire_document(Base& base, const std::string& fichier, std::string_view avant_echec,
-                   Marche marche);
-
-/// The block reader's failure message ends the line of the trace, the others' stand on their own.
-inline constexpr std::string_view meme_ligne{};
-inline constexpr std::string_view ligne_neuve = "\n";
-
-// The walks, one per reader: the document is loaded, `fichier` only names it in messages.
-bool parcourir_plane(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-bool parcourir_scene(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-bool parcourir_blocs(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-bool parcourir_faces(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-bool parcourir_edges(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-bool parcourir_vrtxs(Base& base, const TiXmlDocument& doc, const std::string& fichier);
-
-/// A walk over the entities of one document. What the document must have and has not is a
-/// structural fault: it says the reader, the failed expression, the file and the entity on standard
-/// error, and goes to suite_faute, that is SIGABRT, in every build type. The expressions ("node",
-/// "volm", "facs" ...) are fixed texts by which users know a fault. releve_fichiers.cpp walks the
-/// same elements for `verifie`: a change of one is a change of both.
+/// A walk over the entities of one document, for a run or, when its journal is strict, for a strict
+/// reading. What the document must have and has not ends a run by a fault (see Journal::faute); a
+/// strict reading says it and goes on with the value given for that.
 class Parcours {
  public:
-  /// lecteur: the reader's signature. sorte: what an entity is called in messages.
-  Parcours(const char* lecteur, const char* sorte, const std::string& fichier)
-      : lecteur_(lecteur), sorte_(sorte), fichier_(fichier) {}
+  /// lecteur: the reader's signature, for faults.
+  Parcours(const char* lecteur, const std::string& fichier, Journal& journal)
+      : lecteur_(lecteur), fichier_(fichier), journal_(journal), strict_(journal.strict()) {}
 
-  /// Another kind of entity comes, counted from the first.
-  void changer_sorte(const char* sorte);
-  /// The next entity is reached; it has no number yet.
-  void suivante();
+  bool stricte() const { return strict_ != nullptr; }
+
+  /// Entities of that kind come, counted from the first.
+  void sorte(const char* sorte);
+  /// The entities that a list holds: each of its children, whatever its name.
+  Noeud premiere(Noeud liste) { return liste ? entite(liste->FirstChild()) : nullptr; }
+  Noeud suivante(Noeud precedente) { return entite(precedente->NextSibling()); }
   /// Reads the entity's "Ident"; messages name it by this number from now on.
-  int ident(const TiXmlNode& entite);
-
-  /// First child of that name; its absence is a fault.
-  const TiXmlNode& enfant(const TiXmlNode& parent, const char* nom,
-                          const char* expr = "node") const;
-  /// Text of an element: the value of its first child node, whose absence is a fault.
-  const std::string& texte(const TiXmlNode& element, const char* expr = "node") const;
-
-  int entier(const TiXmlNode& element) { return nombres_.entier(texte(element)); }
-  int entier(const TiXmlNode& parent, const char* nom) { return entier(enfant(parent, nom)); }
-  double reel(const TiXmlNode& parent, const char* nom) {
-    return nombres_.reel(texte(enfant(parent, nom)));
+  int ident(Noeud n);
+  /// Stores a copy of the entity under its "Ident", replacing an earlier one. One whose number a
+  /// strict reading could not read is left out.
+  template <class Entite>
+  void ranger(const Base& base, std::map<int, Entite>& table, const Entite& entite) {
+    if (!numero_) return;
+    table.insert_or_assign(table.end(), *numero_, entite);  // files mostly come in ascending order
+    if (base.disp) tracer_rangement();
   }
+
+  /// First child of that name, which must be.
+  Noeud enfant(Noeud parent, const char* nom, const char* expr = "node") {
+    if (!parent) return nullptr;
+    const Noeud n = parent->FirstChild(nom);
+    if (!n) manque(parent, nom, expr);
+    return n;
+  }
+  /// What follows a node of the entity n, and must be.
+  Noeud apres(Noeud precedent, Noeud n, const char* quoi, Ecart ecart, const char* expr);
+
+  /// Text of an element: the value of its first child node, which must be, up to a NUL.
+  std::optional<std::string_view> texte(Noeud element, const char* expr = "node") {
+    if (strict_) return element ? strict_->texte(*element) : std::nullopt;
+    return texte_lu(element, expr);
+  }
+  std::string texte_de(Noeud parent, const char* nom) {
+    return std::string(texte(enfant(parent, nom)).value_or(""));
+  }
+  int entier(Noeud element, int sinon = 0) {
+    if (strict_) return element ? strict_->entier(*element).value_or(sinon) : sinon;
+    return nombres_.entier(texte_lu(element));
+  }
+  int entier(Noeud parent, const char* nom, int sinon = 0) {
+    return entier(enfant(parent, nom), sinon);
+  }
+  double reel(Noeud element, double sinon = 0.0) {
+    if (strict_) return element ? strict_->reel(*element).value_or(sinon) : sinon;
+    return nombres_.reel(texte_lu(element));
+  }
+  double reel(Noeud parent, const char* nom, double sinon = 0.0) {
+    return reel(enfant(parent, nom), sinon);
+  }
+  /// Number in the "Cell" of the child `nom`.
+  double cellule(Noeud parent, const char* nom, double sinon = 0.0) {
+    return reel(enfant(parent, nom), "Cell", sinon);
+  }
+  /// Number of another entity. A strict reading takes 0 for one that is not positive.
+  int reference(Noeud element);
   /// Calls `ajouter` with the number in each child of the optional element `nom`.
   template <class Ajouter>
-  void pour_chaque_entier(const TiXmlNode& entite, const char* nom, Ajouter ajouter) {
-    const TiXmlNode* liste = entite.FirstChild(nom);
+  void pour_chaque_entier(Noeud n, const char* nom, Ajouter ajouter) {
+    const Noeud liste = n->FirstChild(nom);
     if (!liste) return;
-    for (const TiXmlNode* n = liste->FirstChild(); n; n = n->NextSibling()) ajouter(entier(*n));
+    for (Noeud e = liste->FirstChild(); e; e = e->NextSibling())
+      if (const auto v = entier_lu(e)) ajouter(*v);
   }
-  /// What a face or edge slot holds, by the number of its sub-entities in element `nb`: the number
-  /// in element `sous` for exactly one, else the count itself, 0 or, after `avertissement` on
-  /// standard error, what no single number can stand for.
-  int contenu_case(const TiXmlNode& place, const char* nb, const char* sous,
-                   std::string_view avertissement);
+  /// Topology letter of a piece, or a character that is none.
+  char topologie(Noeud element);
 
-  char caractere(const TiXmlNode& parent, const char* nom) {
-    return caracteres_.caractere(texte(enfant(parent, nom)));
+  /// Number and content of a slot: the number in element `cases.sous` when there is exactly one,
+  /// else the count itself, after a warning when it is not 0. A strict reading answers nothing for
+  /// a slot without a number of its own, and no content that is not the number of an entity.
+  std::optional<Case> lire_case(Cases& cases, Noeud place);
+  void cases_manquantes(const Cases& cases, Noeud n) {
+    if (strict_ && n) strict_->cases_manquantes(cases, *n);
+  }
+  /// For a strict reading alone. True when it has been told.
+  bool ecart(Ecart e, Noeud ou, std::string_view texte = {}) {
+    if (strict_ && ou) strict_->ecart(e, *ou, texte);
+    return stricte();
+  }
+  void nom_de_piece(std::string_view nom) {
+    if (strict_) strict_->nom_de_piece(nom);
+  }
+  void famille(Noeud n, const Piece& piece, const Piece& gardee, bool nouvelle) {
+    if (strict_) strict_->famille(*n, piece, gardee, nouvelle);
   }
 
-  [[noreturn]] void faute(const char* expr, const TiXmlNode* parent, std::string_view nom) const;
+  Journal& journal() { return journal_; }
 
  private:
+  Noeud entite(Noeud n);
+  std::string_view texte_lu(Noeud element, const char* expr = "node") const {
+    const Noeud n = element->FirstChild();
+    if (!n) faute(expr, element->Parent(), element->Value());
+    return n->Value();
+  }
+  std::optional<int> entier_lu(Noeud element) {
+    if (strict_) return strict_->entier(*element);
+    return nombres_.entier(texte_lu(element));
+  }
+  void manque(Noeud parent, const char* nom, const char* expr) const;
+  [[noreturn]] void faute(const char* expr, Noeud parent, std::string_view nom) const;
+  void tracer_rangement();
+
   const char* lecteur_;
-  const char* sorte_;
+  const char* sorte_ = "";
   const std::string& fichier_;
+  Journal& journal_;
+  JournalStrict* strict_;
   int rang_ = 0;
   std::optional<int> numero_;
   FluxNombres nombres_;  // one conversion for the whole reading
@@ -104,18 +141,8 @@ class Parcours {
 };
 
 /// True when the node's value begins with `debut`.
-inline bool nom_commence(const TiXmlNode& noeud, std::string_view debut) {
-  return std::string_view(noeud.ValueStr()).starts_with(debut);
-}
-
-/// Stores a copy of the entity under its number, replacing an earlier one, between the two halves
-/// of a "save face 12 ... done." line when the base shows its readers' output.
-template <class Entite>
-void ranger(const Base& base, std::string_view sorte, std::map<int, Entite>& table, int ident,
-            const Entite& entite) {
-  if (base.disp) std::cout << "save " << sorte << ' ' << ident;
-  table.insert_or_assign(table.end(), ident, entite);  // files mostly come in ascending order
-  if (base.disp) std::cout << " ... done." << std::endl;
+inline bool nom_commence(Noeud n, std::string_view debut) {
+  return std::string_view(n->Value()).starts_with(debut);
 }
 
 }  // namespace topomine

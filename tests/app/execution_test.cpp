@@ -55,7 +55,7 @@ struct Matrice {
     t.mat_cov(out);
     fichier = out.str();
     progres = c.err();
-    oublier_climite();
+    topomine::oublier_configuration();
   }
 };
 

@@ -1,4 +1,8 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
 
 #include "base/base.h"
 #include "tests/support/capture.h"
@@ -11,11 +15,11 @@ namespace {
 // The configuration is the process's: each test starts without one, and leaves none.
 class ClcfgTest : public testing::Test {
  protected:
-  ~ClcfgTest() override { oublier_climite(); }
+  ~ClcfgTest() override { oublier_configuration(); }
 
   /// Loads `contenu` into a fresh configuration.
   bool charger(std::string_view contenu) {
-    oublier_climite();
+    oublier_configuration();
     d.ecrire("climite.cfg", contenu);
     const Capture c;
     const bool resultat = Base().load_clcfg(d.chemin());
@@ -83,20 +87,51 @@ TEST_F(ClcfgTest, Refusals) {
   }
 }
 
-TEST_F(ClcfgTest, IsReadOnceAndAMissingFileIsAnEmptyOne) {
-  const Capture c;
-  std::filesystem::create_directories(d.chemin() + "climite.cfg");
-  EXPECT_FALSE(Base().load_clcfg(d.chemin())) << "a folder is an error";
-  EXPECT_NE(c.err(), "");
-  std::filesystem::remove(d.chemin() + "climite.cfg");
-  const std::string avant = c.err();
-  EXPECT_TRUE(Base().load_clcfg(d.chemin()) && Base::init_cl_cfg && Base::list_CLim.empty());
-  EXPECT_EQ(c.out() + c.err(), avant);
+TEST_F(ClcfgTest, IsReadOnceAndWhatIsNoReadableFileIsNoConfiguration) {
+  const std::string chemin = d.chemin() + "climite.cfg";
+  const std::function<void()> autres[] = {
+      [] {},
+      [&] { std::filesystem::create_directories(chemin); },
+      [&] { std::filesystem::create_symlink("climite.cfg", chemin); },
+      [&] { std::filesystem::create_symlink("nulle_part", chemin); },
+      [&] { ASSERT_EQ(mkfifo(chemin.c_str(), 0600), 0); },
+      [&] { std::filesystem::create_symlink("/dev/zero", chemin); },
+      [&] {
+        d.ecrire("climite.cfg", "Damas code;\n1;\n");
+        std::filesystem::permissions(chemin, std::filesystem::perms::none);
+      }};
+  for (const auto& mettre : autres) {
+    if (&mettre == std::end(autres) - 1 && geteuid() == 0) break;  // root reads everything
+    mettre();
+    const Capture c;
+    EXPECT_TRUE(Base().load_clcfg(d.chemin()) && Base::init_cl_cfg && Base::list_CLim.empty());
+    EXPECT_EQ(c.out() + c.err(), "") << &mettre - autres;
+    oublier_configuration();
+    std::filesystem::remove(chemin);
+  }
 
   ASSERT_TRUE(charger("Damas code;BCCODE;\n12;3;\n"));
   d.ecrire("climite.cfg", "");
   EXPECT_TRUE(Base("n", "", "").load_clcfg(d.chemin()));
   EXPECT_EQ(table(), "12=[3][12]\n");
+}
+
+// Rows take what they would take with all their columns; blank lines that change nothing are free.
+TEST_F(ClcfgTest, RowsThatTakeTooMuchAreRefused) {
+  const std::string entete = "Damas code;" + std::string(1 << 16, 'c') + ";\n";
+  const auto texte = [&](int n, const std::string& rangee) {
+    std::string t = entete;
+    for (int i = 0; i < n; ++i) t += rangee;
+    return t;
+  };
+  EXPECT_TRUE(charger(texte(1000, "1;\n")));
+  EXPECT_FALSE(charger(texte(1100, "1;\n")));
+  EXPECT_TRUE(err.starts_with("climite.cfg trop grand : ")) << err;
+  EXPECT_TRUE(err.ends_with(" 64 Mio\nErreur acquisition climite.cfg.... \n")) << err;
+  for (const char* code : {"1;\n", "x;\n", "1x;\n"}) {
+    EXPECT_TRUE(charger(texte(1, code) + std::string(100000, '\n'))) << code;
+    EXPECT_EQ(Base::list_CLim.size(), 1U);
+  }
 }
 
 TEST_F(ClcfgTest, ColumnsAndTranslatedCodes) {

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
+#include <tinyxml.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstring>
 #include <sstream>
 
-#include "base/lecture/parcours.h"
+#include "base/lecture/journal.h"
+#include "base/lecture/lectures.h"
 #include "tests/support/cas.h"
 
 using namespace topomine;
@@ -102,7 +105,7 @@ void exiger_faute(const Lecteur& lecteur, const TiXmlDocument& doc, const std::s
       {
         Base b;
         b._disp(false);
-        lecteur.marche(b, doc, "fichier.essai");
+        lecteur.marche(b, doc, "fichier.essai", console());
       },
       testing::KilledBySignal(SIGABRT),
       "base.*" + litteral(lecteur.signature) + ".*" + litteral(expr) + ".*fichier\\.essai.*" +
@@ -156,6 +159,26 @@ TEST(FautesDeathTest, AMissingTopElementOrList) {
     sans(l, "<Autre><Blocks/></Autre>");
   for (const char* liste : {"liste_pieces", "liste_raccords"})
     sans(pieces, el("definition_scene", el(liste)));
+}
+
+// The parser loads a document without any element when there is something else in it.
+TEST(FautesDeathTest, ADocumentWithoutElement) {
+  for (const char* xml :
+       {"<?xml version='1.0'?>", "<!-- vide -->\n", "<!DOCTYPE x>", "<!-- --> texte <Blocks/>"}) {
+    const Dossier d;
+    d.ecrire("n/n_nrm.blck", xml);
+    d.ecrire("n/n.def", xml);
+    for (const auto charger : {&Base::load_blocs, &Base::load_plane, &Base::load_scene})
+      EXPECT_EXIT(
+          {
+            dup2(STDERR_FILENO, STDOUT_FILENO);
+            Base b("n", d.chemin(), "nrm");
+            b.gen_nom_base();
+            (b.*charger)();
+          },
+          testing::KilledBySignal(SIGABRT), "parsing fichier .* done. \nbase: .*absent ou vide")
+          << xml;
+  }
 }
 
 // Every child of a list is an entity, and a text is the first child node, comments included.

@@ -51,9 +51,7 @@ class Fichiers : public ::testing::Test {
   }
   ~Fichiers() override {
     au_lieu_de_lire = nullptr;
-    Base::init_cl_cfg = false;
-    Base::list_CLim.clear();
-    Base::list_attr.clear();
+    oublier_configuration();
   }
 
   /// Reads the blocks, the first read being preceded by `d_abord`.

@@ -25,12 +25,6 @@ constexpr char climite[] =
     " +0000000000000000000000000000000002a;2;fam_H;\n"
     "9999; 9999;une autre famille dont le nom est aussi bien long;\n";
 
-void oublier_climite() {
-  Base::init_cl_cfg = false;
-  Base::list_CLim.clear();
-  std::vector<std::string>().swap(Base::list_attr);
-}
-
 /// Catches std::cout and std::cerr in room of its own: what it catches is written while memory is
 /// refused.
 class Tableau : public std::streambuf {
@@ -67,9 +61,9 @@ class Memoire : public ::testing::Test {
       vrtxs.insert(i + 3, "+000000000000000000000000");
     dossier_.ecrire("mesh_case_1/mesh_case_1_nrm.vrtx", vrtxs);
     dossier_.ecrire("climite.cfg", climite);
-    oublier_climite();
+    oublier_configuration();
   }
-  ~Memoire() override { oublier_climite(); }
+  ~Memoire() override { oublier_configuration(); }
 
   Base neuve() const { return Base("mesh_case_1", dossier_.chemin(), "nrm"); }
   Base chargee() const {
@@ -99,7 +93,7 @@ TEST_F(Memoire, LoadClcfgAnswersByItsResult) {
         EXPECT_EQ(base._CL(2, "BCCODE"), "9999");
       }
     }
-    oublier_climite();
+    oublier_configuration();
     return reussi;
   });
   EXPECT_GT(echecs, 20);
@@ -107,7 +101,7 @@ TEST_F(Memoire, LoadClcfgAnswersByItsResult) {
 
 TEST_F(Memoire, LoadAllAnswersByItsResult) {
   const std::string attendue = image(chargee());
-  oublier_climite();
+  oublier_configuration();
   const long echecs = a_chaque_refus([&](const Refus& refus) {
     bool reussi = false;
     {
@@ -117,7 +111,7 @@ TEST_F(Memoire, LoadAllAnswersByItsResult) {
       refus([&] { reussi = base.load_all(); });
       EXPECT_TRUE(!reussi || image(base) == attendue) << "success, but another result";
     }
-    oublier_climite();
+    oublier_configuration();
     return reussi;
   });
   EXPECT_GT(echecs, 1000);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/base.h"
+#include "base/configuration.h"
 #include "tests/support/dossier.h"
 
 using Cle = std::array<int, 3>;  ///< twice the coordinates of an entity's middle
@@ -52,13 +53,6 @@ std::string el(const std::string& nom, const T&... contenu) {
   s.precision(17);
   ((s << '<' << nom << '>') << ... << contenu) << "</" << nom << ">\n";
   return s.str();
-}
-
-/// The configuration is the process's: back to none.
-inline void oublier_climite() {
-  Base::init_cl_cfg = false;
-  Base::list_attr.clear();
-  Base::list_CLim.clear();
 }
 
 /// The documents of a base, without declaration.

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <sstream>
 
 #include "tests/topodata/programme.h"
@@ -188,13 +189,20 @@ TEST(Verifie, SaysEachFaultWhereItIs) {
 
 TEST(Verifie, SaysFilesThatAreNone) {
   const Collection c;
+  namespace fs = std::filesystem;
   for (const char* fichier : {cfg, blck}) {
-    const auto dit = [&] { return topodata({"verifie", c.cas(), "nrm"}).sortie; };
-    const std::string debut = c.cas() + fichier + ":1: fichier: ";
-    std::filesystem::remove(c.cas() + fichier);
-    EXPECT_NE(dit().find(debut + "absent"), std::string::npos) << fichier;
-    std::filesystem::create_directory(c.cas() + fichier);
-    EXPECT_NE(dit().find(debut + "n'est pas un fichier lisible"), std::string::npos) << fichier;
+    const fs::path chemin = c.cas() + fichier;
+    const std::pair<const char*, std::function<void()>> lignes[] = {
+        {"absent", [] {}},
+        {"dossier au lieu", [&] { fs::create_directory(chemin); }},
+        {"lien qui tourne", [&] { fs::create_symlink(chemin.filename(), chemin); }},
+        {"tube ou periph", [&] { fs::create_symlink("/dev/null", chemin); }}};
+    for (const auto& [dit, mettre] : lignes) {
+      fs::remove(chemin);
+      mettre();
+      const std::string sortie = topodata({"verifie", c.cas(), "nrm"}).sortie;
+      EXPECT_NE(sortie.find(chemin.string() + ":1: fichier: " + dit), std::string::npos) << sortie;
+    }
   }
 }
 

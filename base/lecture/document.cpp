@@ -1,0 +1,64 @@
+#include "base/lecture/document.h"
+
+#include <tinyxml.h>
+
+#include <cstring>
+#include <exception>
+#include <utility>
+
+#include "base/lecture/fichier.h"
+#include "base/lecture/journal.h"
+#include "base/lecture/limites_xml.h"
+
+namespace topomine {
+
+namespace {
+
+/// Line ends as XML wants them: "\r\n" and "\r" become "\n".
+void normaliser_fins_de_ligne(std::string& texte) {
+  if (texte.find('\r') == std::string::npos) return;
+  std::size_t ecrit = 0;
+  for (std::size_t lu = 0; lu < texte.size(); ++lu) {
+    if (texte[lu] == '\r' && lu + 1 < texte.size() && texte[lu + 1] == '\n') continue;
+    texte[ecrit++] = texte[lu] == '\r' ? '\n' : texte[lu];
+  }
+  texte.resize(ecrit);
+}
+
+bool charger(const std::string& fichier, TiXmlDocument& doc) {
+  std::string texte;
+  return lire_fichier(fichier, texte) == Lecture::faite && analyser_xml(std::move(texte), doc);
+}
+
+}  // namespace
+
+bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi) {
+  normaliser_fins_de_ligne(texte);
+  // The text ends at its first NUL. In UTF-8 the parser takes up to four bytes at once without a
+  // look at the last ones: a text that ends within a character must not lead it further.
+  texte.resize(std::strlen(texte.c_str()));
+  texte.append(4, '\0');
+  if (!xml_lisible(texte)) return false;
+  doc.Clear();
+  doc.SetTabSize(suivi ? 1 : 0);
+  doc.Parse(texte.c_str());
+  return !doc.Error();
+}
+
+bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec echec,
+                   Journal& journal) {
+  journal.ouverture(fichier);
+  try {
+    TiXmlDocument doc;
+    if (charger(fichier, doc)) {
+      journal.trace("done. ");
+      return marche(base, doc, fichier, journal);
+    }
+  } catch (const std::exception&) {
+    // No memory for the document or for what it holds: it could not be loaded.
+  }
+  journal.illisible(fichier, echec == Echec::ligne_neuve);
+  return false;
+}
+
+}  // namespace topomine

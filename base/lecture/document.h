@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+class Base;
+class TiXmlDocument;
+
+namespace topomine {
+
+class Journal;
+
+/// Parses a document held in memory; false when it is not well-formed or goes beyond the limits of
+/// limites_xml.h. One without any element is well-formed for the parser. `texte` is spent.
+/// suivi: with the line of each node, which costs a tenth of the time.
+bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi = false);
+
+/// A walk: reads what a document holds into the base. `fichier` only names it in messages.
+using Marche = bool (*)(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+                        Journal& journal);
+
+/// How the failure to load a document is said: at the end of the opening's line, or below it.
+enum class Echec { meme_ligne, ligne_neuve };
+
+/// Loads `fichier` and hands it to `marche`; false when it cannot be loaded, or the walk says so.
+bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec echec,
+                   Journal& journal);
+
+}  // namespace topomine

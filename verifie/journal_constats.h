@@ -1,0 +1,67 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "base/lecture/fichier.h"
+#include "base/lecture/journal.h"
+#include "verifie/releve.h"
+
+class TiXmlDocument;
+
+namespace topomine {
+
+/// What a file that could not be read is.
+const char* dire(Lecture lecture);
+
+/// Reads a document that was parsed with its lines, as the one of file `f`.
+void relever_document(Releve& releve, Fichier f, const TiXmlDocument& doc);
+
+/// Reads the text of a climite.cfg.
+void relever_texte(ReleveConfig& releve, std::string_view texte);
+
+/// Turns what a strict reading of one file has to say into findings, each with the entity under way
+/// and the line.
+class JournalConstats final : public JournalStrict {
+ public:
+  JournalConstats(Releve& releve, Fichier fichier) : r_(releve), f_(fichier) {}
+
+  // A strict reading meets no end, and nobody follows how it gets on.
+  void ouverture(const std::string& /*fichier*/) override {}
+  void illisible(const std::string& /*fichier*/, bool /*ligne_neuve*/) override {}
+  void trace(std::string_view /*ligne*/) override {}
+  void avertissement(std::string_view /*ligne*/) override {}
+  void echec(std::string_view /*ligne*/) override {}
+  void faute(const Faute& /*faute*/) override {}
+
+  void sorte(const char* sorte) override;
+  bool entite(const TiXmlNode& entite) override;
+  void ident(const TiXmlNode& entite, int numero) override;
+  void nom_de_piece(std::string_view nom) override;
+  void absent(const TiXmlNode& parent, const char* nom) override;
+  std::optional<std::string_view> texte(const TiXmlNode& element) override;
+  std::optional<int> entier(const TiXmlNode& element) override;
+  std::optional<double> reel(const TiXmlNode& element) override;
+  std::optional<Case> lire_case(Cases& cases, const TiXmlNode& place) override;
+  void cases_manquantes(const Cases& cases, const TiXmlNode& entite) override;
+  void famille(const TiXmlNode& entite, const Piece& piece, const Piece& gardee,
+               bool nouvelle) override;
+  void ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) override;
+
+ private:
+  void signaler(const TiXmlNode& ou, const std::string& quoi, const std::string& remede,
+                Gravite gravite = Gravite::erreur);
+  const TiXmlNode* enfant(const TiXmlNode& parent, const char* nom);
+  std::optional<int> entier(const TiXmlNode& parent, const char* nom);
+  int contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place);
+
+  Releve& r_;
+  Fichier f_;
+  std::string sorte_;
+  int rang_ = 0;
+  std::string numero_;
+  std::set<std::string, std::less<>> noms_;  // of the pieces
+};
+
+}  // namespace topomine
