@@ -74,15 +74,22 @@ void verifier_colonnes(const BaseBuffer& table) {
   const int nb = static_cast<int>(table._attr.size());
   for (int a = -1; a <= nb; ++a) {
     std::vector<double> valeurs;
-    double v = 0, min = 0, max = 0;
+    double min = 0, max = 0;
     const bool numerique = table.is_numeric(a);
     PROMET(table.get_vec_dbl(a, valeurs) == numerique);
-    PROMET(table.calc_moy(a, v) == numerique && table.calc_var(a, v) == numerique);
+    double moy = 0, var = 0, ecart = 0;
+    PROMET(table.calc_moy(a, moy) == numerique && table.calc_var(a, var) == numerique);
+    PROMET(table.calc_std(a, ecart) == numerique);
     PROMET(table.calc_min_max(a, min, max) == (numerique && !table._expl.empty()));
     if (numerique) {
       const auto attendues = colonne(table, a);
       PROMET(std::ranges::equal(valeurs, attendues, memes_bits));
       for (const double x : valeurs) PROMET(min <= x && x <= max);
+      const double n = static_cast<double>(valeurs.size());
+      double somme = 0, carres = 0;
+      for (const double x : valeurs) somme += x, carres += x * x;
+      PROMET(valeurs.empty() || (egaux(moy, somme / n) && egaux(var, carres / n - moy * moy)));
+      PROMET(egaux(ecart, std::sqrt(var)));
     }
     for (int b = a; b <= nb; ++b) {
       const double c = table.covar(a, b);

@@ -24,97 +24,30 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* octets, std::size_t taille
 
 namespace {
 
-constexpr const char* noms[] = {"Blocks",
-                                "Block",
-                                "Ident",
-                                "Type",
-                                "Erikson",
-                                "Cell",
-                                "Volumes",
-                                "Exact",
-                                "Mor",
-                                "Moyen",
-                                "NSMB",
-                                "Faces",
-                                "Face",
-                                "Numero",
-                                "NbSubFace",
-                                "SubFace",
-                                "NumCaract",
-                                "Surfaces",
-                                "Edge",
-                                "NbSubEdge",
-                                "SubEdge",
-                                "Edges",
-                                "NbVertex",
-                                "Vertices",
-                                "rmin",
-                                "rmax",
-                                "Coord",
-                                "X",
-                                "Y",
-                                "Z",
-                                "Proj",
-                                "Famille",
-                                "Normale",
-                                "nom",
-                                "family",
-                                "name",
-                                "topologie",
-                                "special",
-                                "piece",
-                                "type",
-                                "sweep",
-                                "liste_pieces",
-                                "liste_raccords",
-                                "reference_avion",
-                                "definition_scene",
-                                "Boundary_Conditions",
-                                "Edge2",
-                                "Info",
-                                "a-b.c:d"};
+constexpr std::string_view noms =
+    "Blocks|Block|Ident|Type|Erikson|Cell|Volumes|Exact|Mor|Moyen|NSMB|Faces|Face|Numero|"
+    "NbSubFace|SubFace|NumCaract|Surfaces|Edge|NbSubEdge|SubEdge|Edges|NbVertex|Vertices|"
+    "rmin|rmax|Coord|X|Y|Z|Proj|Famille|Normale|nom|family|name|topologie|special|piece|type|"
+    "sweep|liste_pieces|liste_raccords|reference_avion|definition_scene|Boundary_Conditions|"
+    "Edge2|Info|a-b.c:d";
 
-constexpr const char* textes[] = {"0",
-                                  "1",
-                                  "2",
-                                  "3",
-                                  "6",
-                                  "7",
-                                  "-1",
-                                  "-2147483648",
-                                  "2147483647",
-                                  "2147483648",
-                                  "99999999999999999999",
-                                  "1e999",
-                                  "-1e999",
-                                  "1e-999",
-                                  "0x10",
-                                  "nan",
-                                  "inf",
-                                  "12a",
-                                  "1,5",
-                                  "1.5",
-                                  ".5",
-                                  "-",
-                                  "+3",
-                                  "- 1",
-                                  "  4 ",
-                                  "1 2",
-                                  "C",
-                                  "HO",
-                                  "c45",
-                                  "\351",
-                                  "&",
-                                  "]]>",
-                                  "--",
-                                  "4.9e-324",
-                                  "1.7976931348623157e308",
-                                  "007"};
+constexpr std::string_view textes =
+    "0|1|2|3|6|7|-1|-2147483648|2147483647|2147483648|99999999999999999999|1e999|-1e999|"
+    "1e-999|0x10|nan|inf|12a|1,5|1.5|.5|-|+3|- 1|  4 |1 2|C|HO|c45|\351|&|]]>|--|4.9e-324|"
+    "1.7976931348623157e308|007";
 
 using Hasard = std::minstd_rand;
 
 std::size_t tirer(Hasard& hasard, std::size_t n) {
   return n == 0 ? 0 : hasard() % n;
+}
+
+/// One of the words between the bars.
+std::string mot(Hasard& hasard, std::string_view mots) {
+  for (auto i = tirer(hasard, static_cast<std::size_t>(std::ranges::count(mots, '|')) + 1); i > 0;
+       --i)
+    mots.remove_prefix(mots.find('|') + 1);
+  return std::string(mots.substr(0, mots.find('|')));
 }
 
 /// All the nodes below `racine`, itself left out.
@@ -140,9 +73,9 @@ std::string texte_mute(Hasard& hasard, std::string texte) {
     case 2:
       return std::string(1 + tirer(hasard, 600), "0123456789 .e-;"[tirer(hasard, 15)]);
     case 3:
-      return textes[tirer(hasard, std::size(textes))] + texte;
+      return mot(hasard, textes) + texte;
     default:
-      return textes[tirer(hasard, std::size(textes))];
+      return mot(hasard, textes);
   }
 }
 
@@ -159,7 +92,7 @@ std::unique_ptr<TiXmlNode> noeud_neuf(Hasard& hasard) {
     case 2:
       return std::make_unique<TiXmlText>(texte);
     default: {
-      auto element = std::make_unique<TiXmlElement>(noms[tirer(hasard, std::size(noms))]);
+      auto element = std::make_unique<TiXmlElement>(mot(hasard, noms));
       if (tirer(hasard, 3) != 0) element->LinkEndChild(new TiXmlText(texte));
       return element;
     }
@@ -177,7 +110,7 @@ void poser(Hasard& hasard, TiXmlNode& place, const TiXmlNode& noeud) {
 void envelopper(Hasard& hasard, TiXmlNode& n) {
   static constexpr std::size_t profondeurs[] = {1, 2, 5, 996, 997, 998, 1200};
   std::unique_ptr<TiXmlNode> dehors(n.Clone());
-  const char* const nom = noms[tirer(hasard, std::size(noms))];
+  const std::string nom = mot(hasard, noms);
   for (std::size_t i = profondeurs[tirer(hasard, std::size(profondeurs))]; i > 0; --i) {
     auto coque = std::make_unique<TiXmlElement>(nom);
     coque->LinkEndChild(dehors.release());
@@ -210,7 +143,7 @@ void muter(Hasard& hasard, TiXmlDocument& doc) {
       n.Clear();
       break;
     case 4:
-      if (n.ToElement()) n.SetValue(noms[tirer(hasard, std::size(noms))]);
+      if (n.ToElement()) n.SetValue(mot(hasard, noms).c_str());
       break;
     case 5:
       poser(hasard, n, *noeud_neuf(hasard));

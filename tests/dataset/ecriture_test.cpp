@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <regex>
 #include <sstream>
 
 #include "dataset/basebuffer.h"
+#include "dataset/csv.h"
 #include "tests/dataset/tables.h"
 
 namespace {
@@ -69,6 +71,20 @@ TEST(Writers, EmptyTables) {
   t._expl = {{"x"}, {}};
   for (const std::string& texte : {weka(t), torch(t)})
     EXPECT_EQ(texte.find('x', texte.find("@data") + 1), std::string::npos) << texte;
+}
+
+// Longer than what is gathered before it goes to the stream: many rows, and one long value.
+TEST(Writers, LongTables) {
+  const std::string longue(70'000, 'x');
+  BaseBuffer t = table({{"a", "string"}, {"b", "numeric"}}, Lignes(9'000, {"1234567", "-1"}));
+  t._expl[4'500][0] = longue;
+  std::string attendu;
+  for (int i = 0; i < 9'000; ++i) attendu += (i == 4'500 ? longue : "1234567") + " -1\n";
+  EXPECT_TRUE(torch(t) == "9000 2\n" + attendu + "\n");
+  std::ostringstream csv;
+  topomine::ecrire_csv(csv, t, topomine::FinDeLigne::crlf);
+  attendu = std::regex_replace(attendu, std::regex(" -1\n"), ",-1\r\n");
+  EXPECT_TRUE(csv.str() == "a,b\r\n" + attendu);
 }
 
 TEST(Writers, AStreamThatThrowsIsTheCallersToCatch) {

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <cmath>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "dataset/basebuffer.h"
 
-// Small tables, and the random draws reckoned without the C library.
+// Small tables.
 
 using Attributs = std::vector<std::pair<std::string, std::string>>;
 using Lignes = std::vector<BaseBuffer::Exemple>;
@@ -48,23 +46,3 @@ inline BaseBuffer reperes(int n) {
   }
   return t;
 }
-
-/// The 48-bit linear congruential generator behind drand48, from its definition.
-class Tirage {
- public:
-  explicit Tirage(std::uint32_t graine) : x_((std::uint64_t{graine} << 16) | 0x330E) {}
-  double reel() {
-    x_ = (0x5DEECE66DULL * x_ + 0xB) & ((std::uint64_t{1} << 48) - 1);
-    return std::ldexp(static_cast<double>(x_), -48);
-  }
-  std::size_t operator()(std::size_t n) {
-    return static_cast<std::size_t>(static_cast<double>(n) * reel());
-  }
-  template <class T>
-  void melanger(std::vector<T>& v) {
-    for (std::size_t k = 1; k < v.size(); ++k) std::swap(v[k], v[(*this)(k + 1)]);
-  }
-
- private:
-  std::uint64_t x_;
-};

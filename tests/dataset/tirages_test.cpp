@@ -2,67 +2,35 @@
 
 #include <cstdlib>
 #include <limits>
-#include <numeric>
 
 #include "dataset/basebuffer.h"
-#include "dataset/numeric.h"
 #include "tests/dataset/tables.h"
 
 namespace {
 
 constexpr double pas_un_nombre = std::numeric_limits<double>::quiet_NaN();
 constexpr double infini = std::numeric_limits<double>::infinity();
-constexpr std::size_t derniere = 49;
 
-// The column that decides which example a column's value is taken from.
-std::size_t chef(std::size_t c) {
-  if (c >= 5 && c <= 8) return 5;
-  if (c >= 11 && c <= 18) return c % 2 == 1 ? 11 : 12;
-  return c;
+// The example that each value of a column came from, row by row.
+std::string ordre(const BaseBuffer& t) {
+  std::string s;
+  for (const auto& ligne : t._expl) s += ligne.at(0).substr(0, ligne[0].find(':'));
+  return s;
 }
 
-std::vector<std::size_t> suite(std::size_t n) {
-  std::vector<std::size_t> v(n);
-  std::iota(v.begin(), v.end(), 0U);
-  return v;
+// A row made of examples of `reperes`: its name, its number, the example that each column came
+// from, its class. A value out of its column is "!".
+std::string origine(const BaseBuffer::Exemple& ligne) {
+  std::string s = ligne.at(0) + ' ' + ligne.at(1) + ' ';
+  for (std::size_t c = 2; c + 1 < ligne.size(); ++c)
+    s += ligne[c].substr(1) == avec(":", static_cast<long>(c)) ? ligne[c][0] : '!';
+  return s + ' ' + ligne.back();
 }
 
-// One shuffled list of examples per column from 2 to the last one.
-std::vector<std::vector<std::size_t>> permutations(Tirage& tirage, std::size_t nb) {
-  std::vector<std::vector<std::size_t>> p(derniere + 1);
-  for (std::size_t c = 2; c <= derniere; ++c) tirage.melanger(p[c] = suite(nb));
-  return p;
-}
-
-// n rows of which column c of row i comes from example source(c, i); drawn in column order.
-template <class Source>
-Lignes composer(const Lignes& de, const std::string& nom, std::size_t n, Source source) {
-  Lignes lignes;
-  for (std::size_t i = 0; i < n; ++i) {
-    lignes.push_back({nom, std::to_string(i)});
-    for (std::size_t c = 2; c < derniere; ++c) lignes.back().push_back(de[source(c, i)][c]);
-    lignes.back().push_back("-1");
-  }
-  return lignes;
-}
-
-Lignes attendu_permute(const Lignes& de, std::size_t n, Tirage& tirage) {
-  const auto p = permutations(tirage, de.size());
-  return composer(de, "fake_base", n, [&](std::size_t c, std::size_t i) { return p[chef(c)][i]; });
-}
-
-Lignes attendu_repete(const Lignes& de, std::size_t n, Tirage& tirage) {
-  const auto q = permutations(tirage, de.size())[derniere];
-  return composer(de, "fake_base", n,
-                  [&](std::size_t c, std::size_t) { return q[(chef(c) - 2) % de.size()]; });
-}
-
-Lignes attendu_tire(const Lignes& de, std::size_t n, Tirage& tirage) {
-  std::size_t choisi[derniere]{};
-  return composer(de, "fake_base2", n, [&](std::size_t c, std::size_t) {
-    if (chef(c) == c) choisi[c] = tirage(de.size());
-    return choisi[chef(c)];
-  });
+std::vector<std::string> origines(const BaseBuffer& t, std::size_t depuis = 0) {
+  std::vector<std::string> s;
+  for (std::size_t i = depuis; i < t._expl.size(); ++i) s.push_back(origine(t._expl[i]));
+  return s;
 }
 
 // A target with contents, flags and a class of its own.
@@ -73,63 +41,116 @@ BaseBuffer cible_occupee() {
   return t;
 }
 
+using Textes = std::vector<std::string>;
+
 }  // namespace
 
-TEST(Sampling, GeneratorAndShuffle) {
-  for (std::uint32_t graine : {0U, 1767225600U}) {
-    srand48(static_cast<long>(graine));
-    Tirage tirage(graine);
-    for (std::size_t n : {1U, 7U, 2147483647U})
-      EXPECT_EQ(static_cast<std::size_t>(MyRandom()(static_cast<int>(n))), tirage(n));
-    for (int nb : {0, 1, 2, 200}) {
-      BaseBuffer t = reperes(nb);
-      if (nb > 2) t._expl[1].resize(3);  // a short row moves like the others
-      Lignes attendu = t._expl;
-      tirage.melanger(attendu);
-      t.rdm_list();
-      EXPECT_EQ(t._expl, attendu);
-      EXPECT_EQ(drand48(), tirage.reel());  // no draw more, none less
-    }
+// Each draw moves the generator on: a draw more or less anywhere shows in all that follows.
+TEST(Tirages, AreTheOnesOfTheSeedInTheirOrder) {
+  BaseBuffer t = reperes(10), a = cible_occupee(), b, copie;
+  t._num_classe = 4;
+  t.hide_attr("ident");
+  srand48(11);
+  EXPECT_EQ(MyRandom()(2147483647), 1609868484);
+  BaseBuffer melangee(t);
+  melangee._expl[1].resize(3);  // a short row moves like the others
+  melangee.rdm_list();
+  EXPECT_EQ(ordre(melangee), "6743895102");
+  for (const bool melange : {true, false}) {
+    EXPECT_EQ(t.sep_buffer(0.25, a, b, melange), 1);
+    EXPECT_EQ(ordre(a) + '|' + ordre(b), melange ? "40|25386917" : "01|23456789");
+    for (const BaseBuffer* p : {&a, &b})
+      EXPECT_TRUE(p->_attr == t._attr && p->_nom == "reperes" && p->_num_classe == 4);
+    EXPECT_TRUE(a._aff == cible_occupee()._aff && b._aff.at("ident"));
   }
+  EXPECT_EQ(t.create_fake_base(a, 3), 1);
+  EXPECT_EQ(origines(a),
+            (Textes{"fake_base 0 39922222585858585768059606039627495991856223196 -1",
+                    "fake_base 1 83899997108080808246316451657964638670748147937 -1",
+                    "fake_base 2 58311111852525252803992395516580563485622890651 -1"}));
+  EXPECT_TRUE(a._attr == t._attr && a._num_classe == 4 && a._aff == cible_occupee()._aff);
+  EXPECT_EQ(t.create_fake_base2(b, 3), 1);
+  EXPECT_EQ(origines(b),
+            (Textes{"fake_base2 0 03466665370707070156306572450395717237572148969 -1",
+                    "fake_base2 1 12711110979797979712562871296438093517606902357 -1",
+                    "fake_base2 2 20000008275757575858954375092044264982173986761 -1"}));
+  EXPECT_TRUE(b._attr == t._attr && b._num_classe == 4 && b._aff.at("ident"));
+  copie = t;
+  copie.create_fakes(2);
+  EXPECT_EQ(origines(copie, 10),
+            (Textes{"fake_base 0 06322224780808080478063219547806321954780632195 -1",
+                    "fake_base 1 06322224780808080478063219547806321954780632195 -1"}));
+  EXPECT_TRUE(copie._nom == "reperes" && ordre(copie).starts_with("0123456789"));
+  copie.create_fake_base(copie, 1);  // into itself
+  EXPECT_EQ(origines(copie),
+            Textes{"fake_base 0 16199999486868686070344608547099140905277600487 -1"});
+  copie = t;
+  copie.create_fake_base2(copie, 1);
+  EXPECT_EQ(origines(copie),
+            Textes{"fake_base2 0 43733331420202020368588726122114880846952113149 -1"});
+  EXPECT_EQ(MyRandom()(2147483647), 203767567);
+  EXPECT_EQ(ordre(t), "0123456789");
 }
 
-TEST(Sampling, Split) {
-  const std::pair<double, int> cas[] = {{0.25, 2}, {0.9999, 9}, {1.7, 10},    {infini, 10},
-                                        {0.0, 0},  {-0.5, 0},   {-infini, 0}, {pas_un_nombre, 0}};
-  for (const auto& [ratio, premiers] : cas)
-    for (bool melange : {false, true}) {
-      BaseBuffer source = reperes(10);
-      source._num_classe = 3;
-      source.hide_attr("ident");
-      source._expl[4].resize(1);
-      Lignes tous = source._expl;
-      BaseBuffer a = cible_occupee(), b;
-      srand48(5);
-      Tirage tirage(5);
-      source.sep_buffer(ratio, a, b, melange);
-      EXPECT_EQ(source._expl, tous);
-      if (melange) tirage.melanger(tous);
-      EXPECT_EQ(a._expl, Lignes(tous.begin(), tous.begin() + premiers)) << ratio;
-      EXPECT_EQ(b._expl, Lignes(tous.begin() + premiers, tous.end())) << ratio;
-      for (const BaseBuffer* t : {&a, &b})
-        EXPECT_TRUE(t->_attr == source._attr && t->_nom == "reperes" && t->_num_classe == 3);
-      EXPECT_TRUE(a._aff == cible_occupee()._aff && b._aff.at("ident"));
-      EXPECT_EQ(drand48(), tirage.reel());
-    }
+TEST(Tirages, HowManyRows) {
+  constexpr int le_moins = std::numeric_limits<int>::min();
+  const struct {
+    int exemples;
+    double n;  // an int as it stands, or a ratio
+    bool ratio;
+    int permutes, tires;
+  } cas[] = {{10, 1000, false, 10, 1000},
+             {10, -1, false, 10, 0},
+             {10, 0, false, 0, 0},
+             {1, 5, false, 1, 5},
+             {0, 5, false, 0, 0},
+             {4, le_moins, false, 4, 0},
+             {7, 0.49, true, 3, 3},
+             {7, 2.5, true, 7, 17},
+             {7, -0.1, true, 0, 0},
+             {7, -0.5, true, 7, 0},
+             {7, pas_un_nombre, true, 0, 0},
+             {7, -1e300, true, 7, 0},
+             {0, infini, true, 0, 0}};
+  for (const auto& c : cas) {
+    const BaseBuffer source = reperes(c.exemples);
+    const auto nombre = [&](auto faire) {
+      return c.ratio ? faire(c.n) : faire(static_cast<int>(c.n));
+    };
+    BaseBuffer t(source), out;
+    nombre([&](auto n) { return t.create_fake_base(out, n); });
+    EXPECT_EQ(out.nb_expl(), c.permutes) << c.n;
+    nombre([&](auto n) { return t.create_fake_base2(out, n); });
+    EXPECT_EQ(out.nb_expl(), c.tires) << c.n;
+    nombre([&](auto n) { return t.create_fakes(n); });
+    EXPECT_EQ(t.nb_expl(), c.exemples + c.permutes) << c.n;
+  }
+  BaseBuffer t = reperes(7), out;
+  t.create_fake_base(out, 1e300);  // more than an int holds is still all of them
+  EXPECT_EQ(out.nb_expl(), 7);
 }
 
-TEST(Sampling, SplitIntoItselfOrTwiceTheSame) {
+TEST(Tirages, WhereASplitCuts) {
   const Lignes tous = reperes(4)._expl;
-  const Lignes debut{tous[0]}, reste(tous.begin() + 1, tous.end());
+  const std::pair<double, const char*> cas[] = {
+      {0.25, "0|123"}, {0.9999, "012|3"}, {1.7, "0123|"},     {infini, "0123|"},
+      {0.0, "|0123"},  {-0.5, "|0123"},   {-infini, "|0123"}, {pas_un_nombre, "|0123"}};
+  for (const auto& [ratio, parts] : cas) {
+    BaseBuffer source = reperes(4), a, b;
+    source.sep_buffer(ratio, a, b, false);
+    EXPECT_EQ(ordre(a) + '|' + ordre(b), parts) << ratio;
+    EXPECT_EQ(source._expl, tous);
+  }
+  // Into itself, or twice into the same table: both parts, one after the other.
   BaseBuffer t = reperes(4), a, b = cible_occupee();
   t.sep_buffer(0.25, t, a, false);
-  EXPECT_TRUE(t._expl == debut && a._expl == reste);
+  EXPECT_EQ(ordre(t) + '|' + ordre(a), "0|123");
   t = reperes(4);
   t.sep_buffer(0.25, a, t, false);
-  EXPECT_TRUE(a._expl == debut && t._expl == reste);
+  EXPECT_EQ(ordre(a) + '|' + ordre(t), "0|123");
   EXPECT_TRUE(t._nom == "reperes" && t._attr.size() == 50U);
   t = reperes(4);
-  t.sep_buffer(0.25, b, b, false);  // both parts, one after the other
+  t.sep_buffer(0.25, b, b, false);
   EXPECT_TRUE(b._expl == tous && !b._aff.at("vieux"));
   t.sep_buffer(0.25, t, t, false);
   EXPECT_EQ(t._expl, tous);
@@ -138,70 +159,8 @@ TEST(Sampling, SplitIntoItselfOrTwiceTheSame) {
   EXPECT_EQ(a.nb_expl() + b.nb_expl(), 0);
 }
 
-TEST(Sampling, SyntheticRows) {
-  const struct {
-    std::size_t exemples;
-    int n;
-    std::size_t permutes, tires;  // rows that are made
-  } cas[] = {{10, 3, 3, 3},    {10, 1000, 10, 1000},
-             {10, -1, 10, 0},  {10, 0, 0, 0},
-             {60, 60, 60, 60}, {1, 5, 1, 5},
-             {0, 5, 0, 0},     {4, std::numeric_limits<int>::min(), 4, 0}};
-  for (const auto& [exemples, n, permutes, tires] : cas) {
-    SCOPED_TRACE(std::to_string(exemples) + " examples, n = " + std::to_string(n));
-    BaseBuffer source = reperes(static_cast<int>(exemples));
-    source._num_classe = 4;
-    const Lignes de = source._expl;
-    Tirage tirage(11);
-    srand48(11);
-    for (bool dans_elle_meme : {false, true}) {
-      BaseBuffer copie(source), autre = cible_occupee();
-      BaseBuffer& out = dans_elle_meme ? copie : autre;
-      const auto drapeaux = out._aff;
-      copie.create_fake_base(out, n);
-      EXPECT_EQ(out._expl, attendu_permute(de, permutes, tirage));
-      EXPECT_TRUE(out._nom == "fake_base" && out._attr == source._attr && out._num_classe == 4);
-      EXPECT_TRUE(out._aff == drapeaux && (dans_elle_meme || copie._expl == de));
-
-      copie = source;
-      copie.create_fake_base2(out, n);
-      EXPECT_EQ(out._expl, attendu_tire(de, tires, tirage));
-      EXPECT_TRUE(out._nom == "fake_base2" && out._num_classe == 4 && out._aff == drapeaux);
-    }
-    source.create_fakes(n);
-    Lignes attendu = de;
-    for (auto& ligne : attendu_repete(de, permutes, tirage)) attendu.push_back(ligne);
-    EXPECT_EQ(source._expl, attendu);
-    EXPECT_EQ(source._nom, "reperes");
-    EXPECT_EQ(drand48(), tirage.reel());
-  }
-}
-
-TEST(Sampling, SyntheticRowsByRatio) {
-  const struct {
-    double ratio;
-    int permutes, tires;
-  } cas[] = {{0.49, 3, 3}, {2.5, 7, 17},          {-0.1, 0, 0},
-             {-0.5, 7, 0}, {pas_un_nombre, 0, 0}, {-1e300, 7, 0}};
-  for (const auto& [ratio, permutes, tires] : cas) {
-    BaseBuffer t = reperes(7), out;
-    t.create_fake_base(out, ratio);
-    EXPECT_EQ(out.nb_expl(), permutes) << ratio;
-    t.create_fake_base2(out, ratio);
-    EXPECT_EQ(out.nb_expl(), tires) << ratio;
-    t.create_fakes(ratio);
-    EXPECT_EQ(t.nb_expl(), 7 + permutes) << ratio;
-  }
-  BaseBuffer t = reperes(7), vide;
-  t.create_fake_base(vide, 1e300);  // more than an int holds is still all of them
-  EXPECT_EQ(vide.nb_expl(), 7);
-  vide = reperes(0);
-  vide.create_fakes(infini);  // 0 times infinity
-  EXPECT_EQ(vide.nb_expl(), 0);
-}
-
 // What a short example lacks is left out; what it has is used; nothing is read past its end.
-TEST(Sampling, SyntheticRowsFromShortOnes) {
+TEST(Tirages, SyntheticRowsFromShortOnes) {
   BaseBuffer t = reperes(3), permutes, tires;
   for (auto& ligne : t._expl) ligne.resize(4);
   t.create_fake_base(permutes, 3);
