@@ -73,10 +73,11 @@ std::vector<std::string> noms_des_collections(const std::vector<std::string>& ch
   std::vector<std::string> noms, entiers;
   for (std::string chemin : chemins) {
     while (chemin.size() > 1 && chemin.ends_with('/')) chemin.pop_back();
+    fs::path nom = fs::path(chemin).filename();
     std::error_code erreur;
-    // "." and ".." are no names.
-    const fs::path reel = fs::weakly_canonical(chemin, erreur);
-    noms.push_back((erreur ? fs::path(chemin) : reel).filename().string());
+    // These are no names.
+    if (nom == "." || nom == ".." || nom.empty()) nom = fs::canonical(chemin, erreur).filename();
+    noms.push_back(nom.string());
     entiers.push_back(chemin);
   }
   const std::set<std::string> differents(noms.begin(), noms.end());

@@ -87,7 +87,8 @@ void Sommes::ajouter(const BaseBuffer& exemples, const std::function<void(std::s
   std::vector<std::vector<double>> valeurs(attributs_.size());
   for (std::size_t a = 0; a < attributs_.size(); ++a)
     if (a_des_nombres(a))
-      valeurs[a] = valeurs_de(exemples, static_cast<std::size_t>(exemples.num_attr(attributs_[a].nom)));
+      valeurs[a] =
+          valeurs_de(exemples, static_cast<std::size_t>(exemples.num_attr(attributs_[a].nom)));
   for (std::size_t a = 0; a < attributs_.size(); ++a) {
     avance(a);
     if (!a_des_nombres(a)) continue;

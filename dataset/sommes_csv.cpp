@@ -84,9 +84,9 @@ void Sommes::ecrire(std::ostream& out) const {
   for (std::size_t a = 0; a < attributs_.size(); ++a)
     for (std::size_t b = a; b < attributs_.size(); ++b)
       if (a_des_nombres(a) && a_des_nombres(b))
-        ecrire_ligne_csv(out, {"produit", attributs_[a].nom, attributs_[b].nom, "",
-                               exactement(produit(a, b).haut), exactement(produit(a, b).bas), "",
-                               ""});
+        ecrire_ligne_csv(out,
+                         {"produit", attributs_[a].nom, attributs_[b].nom, "",
+                          exactement(produit(a, b).haut), exactement(produit(a, b).bas), "", ""});
 }
 
 bool Sommes::lire(std::string_view texte, std::string& faute) {

@@ -50,7 +50,7 @@ Echelle lire_fichier_echelle(const std::string& fichier) {
 struct Ecarte {
   std::string_view nom, raison;
 };
-constexpr std::string_view texte_qui_nomme = "texte qui nomme l'exemple";
+constexpr std::string_view texte_qui_nomme = "texte, nomme l'exemple ou sa base";
 constexpr std::array<Ecarte, 5> ecartes{{{"collection", texte_qui_nomme},
                                          {"base", texte_qui_nomme},
                                          {"ident", texte_qui_nomme},
@@ -164,12 +164,17 @@ void Atelier::choisir_classe() {
   if (!options_.cache.empty() && !cadre_._aff.at(classe))
     throw Erreur("--cache cache " + classe + ", que --classe demande");
   std::string dit;
-  for (const auto& [nom, raison] : ecartes) {
-    const std::string texte(nom);
-    const auto montre = cadre_._aff.find(texte);
+  const char* separation = "";
+  for (std::size_t i = 0; i < ecartes.size(); ++i) {
+    const std::string nom(ecartes[i].nom);
+    const auto montre = cadre_._aff.find(nom);
     if (nom == classe || montre == cadre_._aff.end() || !montre->second) continue;
     montre->second = false;
-    dit += (dit.empty() ? "" : ", ") + texte + " (" + std::string(raison) + ")";
+    dit += separation + nom;
+    separation = ", ";
+    // One reason for those that share it.
+    if (i + 1 < ecartes.size() && ecartes[i + 1].raison == ecartes[i].raison) continue;
+    dit += " (" + std::string(ecartes[i].raison) + ")";
   }
   cadre_.hide_attr(classe);
   if (cadre_.nb_attr_aff() == 0) throw Erreur("il ne reste aucun attribut pour predire " + classe);

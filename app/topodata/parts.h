@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/topodata/construction.h"
+
+namespace topomine {
+
+/// What `partage` is asked for.
+struct OptionsPartage {
+  Cible cible;
+  OptionsTable table;
+  std::optional<double> ratio;
+  std::optional<int> plis;
+  std::optional<long> graine;
+  std::string stratifie, prefixe;
+  bool un_pli_par_base = false, par_base = false, sans_melange = false;
+};
+
+/// Reads the table, splits it and writes the parts, all of them or none. Says on standard error
+/// which bases went where when they are kept whole.
+void partager(OptionsPartage& o);
+
+}  // namespace topomine
