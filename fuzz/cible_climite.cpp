@@ -9,6 +9,7 @@
 #include "base/lecture/climite.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
+#include "verifie/catalogue.h"
 #include "verifie/journal_constats.h"
 
 using namespace topomine;
@@ -67,7 +68,7 @@ void comparer_releve(std::string_view entree, Fin fin) {
   ReleveConfig releve;
   relever_texte(releve, entree);
   for (const Constat& c : releve.constats)
-    if (c.gravite == Gravite::erreur) return;
+    if (fiche(c.code).gravite == Gravite::erreur) return;
   PROMET(fin == Fin::lue);
   const Base base;
   for (const auto& [code, ligne] : releve.codes) {

@@ -3,15 +3,14 @@
 #include <tinyxml.h>
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 
 #include "texte/nombres.h"
 
 namespace topomine {
 
 namespace {
-
-constexpr auto avertissement_ = Gravite::avertissement;
-constexpr char mettre_un_nombre[] = "y mettre un nombre seul, sinon la lecture garde le precedent";
 
 /// What a message calls an element: those named "Cell" only tell which one with their parent.
 std::string nom_de(const TiXmlNode& n) {
@@ -26,33 +25,58 @@ std::string entre_apostrophes(std::string_view texte) {
 
 }  // namespace
 
-void JournalConstats::signaler(const TiXmlNode& ou, const std::string& quoi,
-                               const std::string& remede, Gravite gravite) {
-  r_.signaler(f_, std::max(ou.Row(), 1), sorte_, numero_, quoi, remede, gravite);
+void JournalConstats::signaler(Code code, const TiXmlNode& ou, const std::string& quoi) {
+  r_.signaler(code, f_, std::max(ou.Row(), 1), sorte_, numero_, quoi);
+}
+
+void JournalConstats::perdre(unsigned partie) {
+  if (ident_ != 0) r_.illisibles[f_][ident_] |= partie;
+}
+
+void JournalConstats::perdre(std::string_view element, const TiXmlNode* parent) {
+  if (element == "Ident") {
+    ++r_.perdus[f_];
+    return;
+  }
+  constexpr std::array<std::string_view, 11> liens{"Faces",     "Face",    "Edge",      "Numero",
+                                                   "NbSubFace", "SubFace", "NbSubEdge", "SubEdge",
+                                                   "Vertices",  "rmin",    "rmax"};
+  const bool code = parent && parent->Value() == std::string_view("Boundary_Conditions");
+  perdre(code                                               ? partie_codes
+         : std::ranges::find(liens, element) != liens.end() ? partie_liens
+                                                            : partie_valeurs);
 }
 
 void JournalConstats::sorte(const char* sorte) {
   sorte_ = sorte;
   rang_ = 0;
   numero_.clear();
+  ident_ = 0;
 }
 
 bool JournalConstats::entite(const TiXmlNode& entite) {
   numero_ = "de rang " + std::to_string(++rang_);
+  ident_ = 0;
+  coupee_ = false;
   if (entite.ToElement()) return true;
-  signaler(entite, "un commentaire ou un texte tient sa place",
-           "l'enlever, il serait lu comme un element");
+  if (entite.ToComment() && std::strchr(entite.Value(), '<')) ++r_.perdus[f_];
+  signaler(Code::intrus, entite, "un commentaire ou un texte tient sa place");
   return false;
 }
 
 void JournalConstats::ident(const TiXmlNode& entite, int numero) {
   numero_ = std::to_string(numero);
-  if (numero <= 0)
-    signaler(entite, "numero nul ou negatif, rien ne s'y relie", "lui donner un numero positif");
+  ident_ = numero;
   const auto [place, nouveau] = r_.lignes[f_].try_emplace(numero, entite.Row());
-  if (!nouveau)
-    signaler(entite, "numero deja pris ligne " + std::to_string(place->second) + ", il le remplace",
-             "lui donner un numero a lui");
+  if (numero <= 0)
+    signaler(Code::numero_negatif, entite, "numero nul ou negatif, rien ne s'y relie");
+  else if (!nouveau)
+    signaler(Code::numero_pris, entite,
+             "numero deja pris ligne " + std::to_string(place->second) + ", il le remplace");
+  if (numero <= 0 || !nouveau) {
+    r_.disputes[f_].insert(numero);
+    ++r_.perdus[f_];
+  }
   place->second = entite.Row();
 }
 
@@ -62,36 +86,54 @@ void JournalConstats::nom_de_piece(std::string_view nom) {
 }
 
 void JournalConstats::absent(const TiXmlNode& parent, const char* nom) {
-  signaler(parent, std::string("pas d'element ") + nom, "l'ajouter, la lecture s'arrete sans lui");
+  signaler(Code::element_absent, parent, std::string("pas d'element ") + nom);
+  perdre(nom, &parent);
+  if (f_ == fic_def) ++r_.perdus[f_];
 }
 
 std::optional<std::string_view> JournalConstats::texte(const TiXmlNode& element) {
+  if (!element.ToElement()) {
+    signaler(Code::intrus, element, "un commentaire ou un texte tient la place d'un element");
+    perdre(element.Value(), element.Parent());
+    return {};
+  }
   const TiXmlNode* n = element.FirstChild();
-  if (n && n->ToText()) return n->Value();
-  if (n)
-    signaler(element, nom_de(element) + " ne commence pas par un texte",
-             "y mettre son texte d'abord");
-  else
-    signaler(element, nom_de(element) + " sans texte",
-             "y mettre un texte, la lecture s'arrete sans lui");
-  return {};
+  if (!n || !n->ToText()) {
+    signaler(Code::texte_absent, element,
+             nom_de(element) + (n ? " ne commence pas par un texte" : " sans texte"));
+    perdre(element.Value(), element.Parent());
+    return {};
+  }
+  for (const TiXmlNode* suite = n->NextSibling(); suite; suite = suite->NextSibling()) {
+    if (suite->ToComment()) continue;
+    signaler(Code::texte_laisse, element,
+             nom_de(element) + " : seul " + entre_apostrophes(n->Value()) +
+                 " est lu, la suite est laissee");
+    perdre(element.Value(), element.Parent());
+    return {};
+  }
+  return n->Value();
 }
 
 std::optional<int> JournalConstats::entier(const TiXmlNode& element) {
   const auto t = texte(element);
   const auto v = t ? entier_strict(*t) : std::nullopt;
-  if (t && !v)
-    signaler(element, nom_de(element) + " n'est pas un entier : " + entre_apostrophes(*t),
-             mettre_un_nombre);
+  if (t && !v) {
+    signaler(Code::pas_un_nombre, element,
+             nom_de(element) + " n'est pas un entier : " + entre_apostrophes(*t));
+    perdre(element.Value(), element.Parent());
+  }
   return v;
 }
 
 std::optional<double> JournalConstats::reel(const TiXmlNode& element) {
   const auto t = texte(element);
   const auto v = t ? reel_strict(*t) : std::nullopt;
-  if (t && !v)
-    signaler(element, nom_de(element) + " n'est pas un nombre : " + entre_apostrophes(*t),
-             mettre_un_nombre);
+  if (t && !v) {
+    signaler(Code::pas_un_nombre, element,
+             nom_de(element) + " n'est pas un nombre : " + entre_apostrophes(*t));
+    perdre(element.Value(), element.Parent());
+  }
   return v;
 }
 
@@ -107,21 +149,30 @@ std::optional<int> JournalConstats::entier(const TiXmlNode& parent, const char* 
 }
 
 std::optional<Case> JournalConstats::lire_case(Cases& cases, const TiXmlNode& place) {
+  if (!place.ToElement()) {
+    signaler(Code::intrus, place, "un commentaire ou un texte tient la place d'une case");
+    perdre(partie_liens);
+    return {};
+  }
   const auto numero = entier(place, "Numero");
   const bool dedans = numero && *numero >= 1 && *numero <= cases.nb_cases;
   if (numero && !dedans)
-    signaler(place,
+    signaler(Code::case_hors, place,
              std::string(cases.quoi) + " " + std::to_string(*numero) + " hors de 1 a " +
-                 std::to_string(cases.nb_cases),
-             "corriger son Numero");
+                 std::to_string(cases.nb_cases));
   if (!dedans) {
+    perdre(partie_liens);
     cases.illisible = true;
     return {};
   }
   const unsigned bit = 1U << *numero;
-  if (cases.vues & bit)
-    signaler(place, std::string(cases.quoi) + " " + std::to_string(*numero) + " donnee deux fois",
-             "corriger l'un des deux Numero");
+  if (cases.vues & bit) {
+    signaler(Code::case_en_double, place,
+             std::string(cases.quoi) + " " + std::to_string(*numero) + " donnee deux fois");
+    perdre(partie_liens);
+    cases.illisible = true;
+    return Case{*numero, 0};
+  }
   cases.vues |= bit;
   return Case{*numero, contenu_de_case(cases, *numero, place)};
 }
@@ -129,29 +180,29 @@ std::optional<Case> JournalConstats::lire_case(Cases& cases, const TiXmlNode& pl
 int JournalConstats::contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place) {
   const std::string nom = std::string(cases.quoi) + " " + std::to_string(numero);
   const auto nb = entier(place, cases.nb);
-  if (!nb) return 0;
-  if (*nb == 0) {
-    signaler(place, nom + " vide (" + cases.nb + " 0)",
-             "normal si elle est degeneree, sinon donner son numero", avertissement_);
-    return 0;
-  }
+  if (!nb || *nb == 0) return 0;
   if (*nb != 1) {
-    signaler(place,
-             nom + " : " + cases.nb + " vaut " + std::to_string(*nb) + ", lu comme un numero",
-             "decouper pour n'avoir qu'un element par case");
+    signaler(Code::case_multiple, place,
+             nom + " : " + cases.nb + " vaut " + std::to_string(*nb) + ", lu comme un numero");
+    perdre(partie_liens);
     return 0;
   }
   const auto contenu = entier(place, cases.sous);
-  if (contenu && *contenu <= 0)
-    signaler(place, nom + " : " + cases.sous + " nul ou negatif", "donner un numero positif");
+  if (contenu && *contenu <= 0) {
+    signaler(Code::contenu_negatif, place, nom + " : " + cases.sous + " nul ou negatif");
+    perdre(partie_liens);
+  }
   return std::max(contenu.value_or(0), 0);
 }
 
 void JournalConstats::cases_manquantes(const Cases& cases, const TiXmlNode& entite) {
-  if (cases.illisible || cases.vues == 0) return;  // no slot at all has been said
+  if (coupee_ || cases.illisible || cases.vues == 0) return;  // said already
   for (int i = 1; i <= cases.nb_cases; ++i)
-    if (!(cases.vues & 1U << i))
-      signaler(entite, std::string(cases.quoi) + " " + std::to_string(i) + " absente", "l'ajouter");
+    if (!(cases.vues & 1U << i)) {
+      signaler(Code::case_absente, entite,
+               std::string(cases.quoi) + " " + std::to_string(i) + " absente");
+      perdre(partie_liens);
+    }
 }
 
 void JournalConstats::famille(const TiXmlNode& entite, const Piece& piece, const Piece& gardee,
@@ -161,41 +212,41 @@ void JournalConstats::famille(const TiXmlNode& entite, const Piece& piece, const
     ligne = entite.Row();
     return;
   }
-  signaler(entite,
+  ++r_.perdus[f_];
+  const bool pareille = gardee._topology() == piece._topology();
+  signaler(pareille ? Code::famille_repetee : Code::famille_prise, entite,
            "famille " + entre_apostrophes(piece._fam_BC()) + " deja prise ligne " +
-               std::to_string(ligne) + ", cette piece est ignoree",
-           "lui donner une famille a elle",
-           gardee._topology() == piece._topology() ? avertissement_ : Gravite::erreur);
+               std::to_string(ligne) + ", cette piece est ignoree");
 }
 
 void JournalConstats::ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) {
   const std::string cite = entre_apostrophes(texte);
   switch (ecart) {
     case Ecart::reference_nulle:
-      return signaler(ou, nom_de(ou) + " nul ou negatif", "donner le numero d'un sommet");
+      perdre(partie_liens);
+      return signaler(Code::contenu_negatif, ou, nom_de(ou) + " nul ou negatif");
     case Ecart::edges_interrompues:
-      return signaler(ou, "la liste des edges s'arrete a un autre element",
-                      "mettre les edges a la fin de la face", avertissement_);
+      if (!ou.NextSibling("Edge")) return;
+      coupee_ = true;
+      perdre(partie_liens);
+      return signaler(Code::liste_coupee, ou, "la liste des edges s'arrete a " + nom_de(ou));
     case Ecart::projections_interrompues:
       if (ou.NextSibling("Proj"))
-        signaler(ou, "la liste des projections s'arrete a un autre element",
-                 "mettre les projections a la fin du vertex");
+        signaler(Code::liste_coupee, ou, "la liste des projections s'arrete a " + nom_de(ou));
       return;
     case Ecart::nb_vertex:
-      return signaler(ou, "NbVertex vaut " + std::string(texte) + ", la base ne se charge pas",
-                      "une edge a 2 sommets");
+      return signaler(Code::nb_sommets, ou,
+                      "NbVertex vaut " + std::string(texte) + ", la base ne se charge pas");
     case Ecart::topologie:
-      return signaler(ou, "topologie inconnue : " + cite, "y mettre une seule lettre, C, H ou O");
+      return signaler(Code::topologie_inconnue, ou, "topologie inconnue : " + cite);
     case Ecart::seconde_piece:
-      return signaler(ou, "pas de seconde piece", "l'ajouter apres la premiere");
+      return signaler(Code::element_absent, ou, "pas de seconde piece");
     case Ecart::piece_citee:
       if (!noms_.contains(texte))
-        signaler(ou, "piece " + cite + " n'existe pas", "nommer une piece de liste_pieces",
-                 avertissement_);
+        signaler(Code::raccord_piece, ou, "piece " + cite + " n'existe pas");
       return;
     case Ecart::type_raccord:
-      return signaler(ou, "type de raccord inconnu : " + cite, "y mettre C45 ou C90",
-                      avertissement_);
+      return signaler(Code::raccord_type, ou, "type de raccord inconnu : " + cite);
   }
 }
 

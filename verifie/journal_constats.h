@@ -14,6 +14,10 @@ namespace topomine {
 
 /// What a file that could not be read is.
 const char* dire(Lecture lecture);
+Code code_de(Lecture lecture);
+
+/// Reads the files once more, where there are findings, for the lines of their elements.
+void preciser_lignes(Releve& releve);
 
 /// Reads a document that was parsed with its lines, as the one of file `f`.
 void relever_document(Releve& releve, Fichier f, const TiXmlDocument& doc);
@@ -50,8 +54,11 @@ class JournalConstats final : public JournalStrict {
   void ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) override;
 
  private:
-  void signaler(const TiXmlNode& ou, const std::string& quoi, const std::string& remede,
-                Gravite gravite = Gravite::erreur);
+  void signaler(Code code, const TiXmlNode& ou, const std::string& quoi);
+  /// That part of the entity under way could not be read, or the entity itself when it is its
+  /// Ident.
+  void perdre(unsigned partie);
+  void perdre(std::string_view element, const TiXmlNode* parent);
   const TiXmlNode* enfant(const TiXmlNode& parent, const char* nom);
   std::optional<int> entier(const TiXmlNode& parent, const char* nom);
   int contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place);
@@ -61,6 +68,8 @@ class JournalConstats final : public JournalStrict {
   std::string sorte_;
   int rang_ = 0;
   std::string numero_;
+  int ident_ = 0;                            // 0 when it is not known
+  bool coupee_ = false;                      // the list of its edges: more of them may come
   std::set<std::string, std::less<>> noms_;  // of the pieces
 };
 

@@ -6,58 +6,64 @@
 #include <utility>
 
 #include "base/lecture/lectures.h"
+#include "verifie/balises.h"
+#include "verifie/inventaire.h"
 #include "verifie/journal_constats.h"
 
 namespace topomine {
 
 namespace {
 
-/// Why the parser refuses a document, by its error number. The others it keeps to itself: they come
-/// after one of these, and the first error counts.
-const char* raison(int numero) {
-  switch (numero) {
-    case TiXmlBase::TIXML_ERROR_FAILED_TO_READ_ELEMENT_NAME:
-      return "nom d'element illisible";
-    case TiXmlBase::TIXML_ERROR_READING_ELEMENT_VALUE:
-      return "contenu d'element sans fin";
-    case TiXmlBase::TIXML_ERROR_READING_ATTRIBUTES:
-      return "attributs mal formes";
-    case TiXmlBase::TIXML_ERROR_PARSING_EMPTY:
-      return "balise vide mal formee";
-    case TiXmlBase::TIXML_ERROR_READING_END_TAG:
-      return "balise de fin absente ou autre que celle du debut";
-    case TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY:
-      return "document vide";
-    default:
-      return "document mal forme";
-  }
+/// A document that the parser refuses: where its tags stop making sense, else where it stopped.
+FauteOctets refus(const std::string& fichier, const std::optional<FauteOctets>& codage,
+                  const TiXmlDocument& doc) {
+  std::string texte;
+  if (lire_fichier(fichier, texte) != Lecture::faite ||
+      texte.find_first_not_of(" \t\r\n") == std::string::npos)
+    return {Code::document_vide, 1, "vide"};
+  if (auto faute = faute_xml(texte)) return *std::move(faute);
+  if (codage) return {Code::xml_mal_forme, codage->ligne, codage->quoi};
+  if (!doc.Error() || doc.ErrorId() == TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY)
+    return {Code::document_vide, 1, "aucun element"};
+  return {Code::xml_mal_forme, std::max(doc.ErrorRow(), 1),
+          "illisible a la colonne " + std::to_string(std::max(doc.ErrorCol(), 1))};
+}
+
+/// What the parser lets pass in a document with entities or attributes; most have none.
+std::optional<FauteOctets> tolerance(const std::string& texte) {
+  const std::size_t debut = texte.starts_with("<?xml") ? texte.find("?>") : 0;
+  if (texte.find_first_of("&=", std::min(debut, texte.size())) == std::string::npos) return {};
+  auto faute = faute_xml(texte);
+  if (faute) faute->code = Code::xml_tolere;
+  return faute;
 }
 
 /// Parses one file; says why when it cannot be.
 bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
-  const auto refuser = [&](int ligne, const std::string& quoi, const std::string& remede) {
-    r.signaler(f, ligne, "fichier", "", quoi, remede);
+  const auto dire_faute = [&](const std::optional<FauteOctets>& faute) {
+    if (faute) r.signaler(faute->code, f, faute->ligne, "fichier", "", faute->quoi);
     return false;
   };
   std::string texte;
   if (const Lecture lecture = lire_fichier(r.noms[f], texte); lecture != Lecture::faite)
-    return refuser(1, dire(lecture), "mettre un fichier XML a sa place, que l'on puisse lire");
-  if (analyser_xml(std::move(texte), doc, true)) {
-    if (doc.RootElement()) return true;
-    return refuser(1, "coupe avant son premier element", "le fournir en entier");
+    return dire_faute(FauteOctets{code_de(lecture), 1, dire(lecture)});
+  const auto codage = faute_codage(texte);
+  const auto toleree = tolerance(texte);
+  const bool lisible = analyser_xml(std::move(texte), doc, true);
+  if (codage && (lisible || codage->code == Code::octet_nul)) {
+    dire_faute(codage);
+    if (codage->code == Code::octet_nul) return lisible && doc.RootElement();
   }
-  if (!doc.Error())
-    return refuser(1, "imbrication ou nombre d'attributs au-dela de 1000",
-                   "simplifier le document");
-  return refuser(std::max(doc.ErrorRow(), 1),
-                 std::string("XML illisible, ") + raison(doc.ErrorId()) + ", colonne " +
-                     std::to_string(std::max(doc.ErrorCol(), 1)),
-                 "corriger le document a cet endroit");
+  if (!lisible) return dire_faute(refus(r.noms[f], codage, doc));
+  dire_faute(toleree);
+  if (doc.RootElement()) return true;
+  return dire_faute(FauteOctets{Code::document_vide, 1, "coupe avant son premier element"});
 }
 
 struct SorteDeFichier {
   const char* suffixe;
   const char* racine;
+  const char* entites;  // what it holds, for a file that holds none
   Marche marche;
 };
 
@@ -69,11 +75,11 @@ bool parcourir_def(Base& base, const TiXmlDocument& doc, const std::string& fich
 
 /// By Fichier.
 constexpr std::array<SorteDeFichier, nb_fichiers> sortes{{
-    {".def", "definition_scene", parcourir_def},
-    {".blck", "Blocks", parcourir_blocs},
-    {".face", "Faces", parcourir_faces},
-    {".edge", "Edges", parcourir_edges},
-    {".vrtx", "Vertices", parcourir_vrtxs},
+    {".def", "definition_scene", "", parcourir_def},
+    {".blck", "Blocks", "bloc", parcourir_blocs},
+    {".face", "Faces", "face", parcourir_faces},
+    {".edge", "Edges", "edge", parcourir_edges},
+    {".vrtx", "Vertices", "vertex", parcourir_vrtxs},
 }};
 
 }  // namespace
@@ -98,17 +104,29 @@ const char* dire(Lecture lecture) {
   return "lu";
 }
 
+Code code_de(Lecture lecture) {
+  const bool manque = lecture == Lecture::absente || lecture == Lecture::interdite;
+  return manque ? Code::fichier_absent : Code::fichier_illisible;
+}
+
 void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
   const SorteDeFichier& sorte = sortes[f];
   if (!doc.FirstChild(sorte.racine)) {
-    r.signaler(f, 1, "fichier", "", std::string("pas d'element ") + sorte.racine,
-               "mettre le contenu dans cet element");
+    r.signaler(Code::racine_absente, f, 1, "fichier", "",
+               std::string("pas d'element ") + sorte.racine);
     return;
   }
   r.lus[f] = true;
   r.base.disp = false;
+  const std::size_t avant = r.constats.size();
   JournalConstats journal(r, f);
   sorte.marche(r.base, doc, r.noms[f], journal);
+  inventorier(r, f, doc);
+  if (f == fic_def || !r.lignes[f].empty() || r.perdus[f] > 0) return;
+  r.lus[f] = false;
+  if (r.constats.size() > avant) return;  // what tells why there are none
+  r.signaler(Code::base_vide, f, std::max(doc.FirstChild(sorte.racine)->Row(), 1), "fichier", "",
+             std::string("aucune entite ") + sorte.entites);
 }
 
 int Releve::ligne(Fichier f, int numero) const {
@@ -116,9 +134,19 @@ int Releve::ligne(Fichier f, int numero) const {
   return trouve == lignes[f].end() ? 1 : trouve->second;
 }
 
-void Releve::signaler(Fichier f, int ligne, const std::string& sorte, const std::string& numero,
-                      const std::string& quoi, const std::string& remede, Gravite gravite) {
-  constats.push_back({noms[f], ligne, sorte, numero, quoi, remede, gravite});
+int Releve::ligne_avion(std::string_view element) const {
+  const auto trouve = lignes_avion.find(element);
+  return trouve == lignes_avion.end() ? 1 : trouve->second;
+}
+
+bool Releve::illisible(Fichier f, int numero, unsigned partie) const {
+  const auto trouve = illisibles[f].find(numero);
+  return trouve != illisibles[f].end() && (trouve->second & partie) != 0;
+}
+
+void Releve::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
+                      const std::string& numero, const std::string& quoi) {
+  constats.push_back({code, noms[f], ligne, sorte, numero, quoi});
 }
 
 Releve relever(const std::string& nom, const std::string& chemin, const std::string& mode) {

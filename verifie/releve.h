@@ -4,31 +4,24 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "base/base.h"
+#include "verifie/constat.h"
 
 namespace topomine {
 
 // A strict reading of a case, for those who mend it: it goes on after a fault, says each one with
 // its place, and knows the line of everything it has read. It never writes on the consoles.
 
-/// erreur: the table would be wrong, or not made at all. avertissement: odd but usable.
-enum class Gravite { avertissement, erreur };
-
-struct Constat {
-  std::string fichier;
-  int ligne = 1;
-  std::string sorte;   ///< "bloc", "piece", "code" ..., "fichier" when it is all of the file
-  std::string numero;  ///< what it is called: a number, "de rang 3", a name; may be empty
-  std::string quoi;    ///< what is wrong
-  std::string remede;  ///< what to do about it
-  Gravite gravite = Gravite::erreur;
-};
-
 /// The files of a base, in the order in which they are read and reported.
 enum Fichier { fic_def, fic_blck, fic_face, fic_edge, fic_vrtx, nb_fichiers };
+
+/// What could not be read of an entity.
+enum Partie : unsigned { partie_liens = 1, partie_codes = 2, partie_valeurs = 4 };
 
 /// A base as its files give it: no links, no classes, and an entity without a number is left out.
 /// A slot that does not hold exactly one entity is 0 here.
@@ -38,13 +31,22 @@ struct Releve {
   std::array<bool, nb_fichiers> lus{};  ///< the document could be parsed and has its top element
   std::array<std::unordered_map<int, int>, nb_fichiers> lignes;  ///< number to line, by file
   std::map<std::string, int> lignes_pieces;                      ///< family to line
+  std::map<std::string, int, std::less<>> lignes_avion;          ///< element to line
   std::vector<Constat> constats;
+
+  // What has been said already, so that nothing is said of what follows from it.
+  std::array<std::unordered_map<int, unsigned>, nb_fichiers> illisibles;  ///< number to its parts
+  std::array<std::unordered_set<int>, nb_fichiers>
+      disputes;                           ///< numbers of several entities, or < 1
+  std::array<int, nb_fichiers> perdus{};  ///< entities that another replaces, or without a number
+
+  bool illisible(Fichier f, int numero, unsigned partie) const;
 
   /// Line of an entity of one of the four mesh files; 1 when it is not there.
   int ligne(Fichier f, int numero) const;
-  void signaler(Fichier f, int ligne, const std::string& sorte, const std::string& numero,
-                const std::string& quoi, const std::string& remede,
-                Gravite gravite = Gravite::erreur);
+  int ligne_avion(std::string_view element) const;
+  void signaler(Code code, Fichier f, int ligne, const std::string& sorte,
+                const std::string& numero, const std::string& quoi);
 };
 
 /// Reads the five files of a base.

@@ -16,7 +16,7 @@ class Config {
 
   void lire() {
     if (texte_.find_first_not_of(" \t\r") == std::string_view::npos)
-      return signaler("vide", "y mettre au moins la ligne des noms de colonnes");
+      return signaler(Code::config_vide, "vide");
     while (l_.suivante()) {
       numero_.clear();
       lire_ligne();
@@ -26,11 +26,9 @@ class Config {
   }
 
  private:
-  void signaler(const std::string& quoi, const std::string& remede,
-                Gravite gravite = Gravite::erreur) {
+  void signaler(Code code, const std::string& quoi) {
     const std::string sorte = l_.numero() == 0 ? "fichier" : l_.numero() == 1 ? "entete" : "code";
-    r_.constats.push_back(
-        {r_.nom, std::max(l_.numero(), 1), sorte, numero_, quoi, remede, gravite});
+    r_.constats.push_back({code, r_.nom, std::max(l_.numero(), 1), sorte, numero_, quoi});
   }
 
   std::optional<std::string_view> champ(std::size_t rang) const {
@@ -42,16 +40,15 @@ class Config {
     if (!l_.finie() && l_.blanche()) return;
     const bool entete = l_.numero() == 1;
     if (const auto code = champ(rang_code_); code && !entete) numero_ = *code;
-    if (!l_.terminee()) signaler("dernier champ sans point-virgule", "terminer la ligne par ';'");
+    if (!l_.terminee()) signaler(Code::config_point_virgule, "dernier champ sans point-virgule");
     if (!l_.finie()) {
-      signaler("derniere ligne sans fin de ligne, elle est ignoree",
-               "finir le fichier par une fin de ligne");
+      signaler(Code::config_fin, "derniere ligne sans fin de ligne, elle est ignoree");
       utilisable_ = !entete;
     }
     if (entete)
       lire_entete();
     else if (l_.blanche())
-      signaler("ligne vide", "l'enlever", Gravite::avertissement);
+      signaler(Code::config_ligne_vide, "ligne vide");
     else
       lire_rangee();
   }
@@ -59,9 +56,9 @@ class Config {
   std::size_t colonne(std::string_view nom) {
     const auto trouve = std::ranges::find(colonnes_, nom);
     if (trouve == colonnes_.end())
-      signaler("pas de colonne " + std::string(nom), "l'ajouter, sans blanc avant son ';'");
+      signaler(Code::config_colonne_absente, "pas de colonne " + std::string(nom));
     else if (std::find(trouve + 1, colonnes_.end(), nom) != colonnes_.end())
-      signaler("colonne " + std::string(nom) + " donnee deux fois", "n'en garder qu'une");
+      signaler(Code::config_colonne_double, "colonne " + std::string(nom) + " donnee deux fois");
     return static_cast<std::size_t>(trouve - colonnes_.begin());
   }
 
@@ -75,14 +72,13 @@ class Config {
 
   void lire_rangee() {
     if (l_.champs().size() < colonnes_.size() && l_.terminee())
-      signaler("ligne courte, les champs manquants gardent ceux de la ligne precedente",
-               "donner un champ par colonne");
+      signaler(Code::config_courte,
+               "ligne courte, les champs manquants gardent ceux de la ligne precedente");
     if (l_.champs().size() > colonnes_.size())
-      signaler("ligne longue, la configuration ne se charge pas", "donner un champ par colonne");
+      signaler(Code::config_longue, "ligne longue, la configuration ne se charge pas");
     l_.compter();
     if (l_.demesure()) {
-      signaler("configuration trop grande, elle ne se charge pas",
-               "enlever des colonnes ou des lignes, raccourcir les textes");
+      signaler(Code::config_demesuree, "configuration trop grande, elle ne se charge pas");
       utilisable_ = false;
       return;
     }
@@ -90,7 +86,7 @@ class Config {
     if (!texte_code) return;
     const auto code = entier_strict(*texte_code);
     if (!code) {
-      signaler(std::string(colonne_code) + " n'est pas un entier", "y mettre un entier seul");
+      signaler(Code::config_code, std::string(colonne_code) + " n'est pas un entier");
       return;
     }
     ReleveConfig::Ligne l{l_.numero(), {}, {}};
@@ -98,15 +94,15 @@ class Config {
     if (const auto bccode = champ(rang_bccode_)) {
       l.bccode = entier_strict(*bccode);
       if (!l.bccode)
-        signaler("BCCODE n'est pas un entier : '" + std::string(*bccode) + "'",
-                 "y mettre un entier seul, sinon le compte va au code precedent");
+        signaler(Code::config_bccode,
+                 "BCCODE n'est pas un entier : '" + std::string(*bccode) + "'");
     }
     const auto [place, nouveau] = r_.codes.try_emplace(*code, l);
     if (nouveau) return;
     const bool pareil = place->second.bccode == l.bccode && place->second.famille == l.famille;
-    signaler("code deja donne ligne " + std::to_string(place->second.ligne) +
-                 (pareil ? ", a l'identique" : ", celle-ci la remplace"),
-             "n'en garder qu'une", pareil ? Gravite::avertissement : Gravite::erreur);
+    signaler(pareil ? Code::config_code_repete : Code::config_code_remplace,
+             "code deja donne ligne " + std::to_string(place->second.ligne) +
+                 (pareil ? ", a l'identique" : ", celle-ci la remplace"));
     place->second = l;
   }
 
@@ -132,9 +128,8 @@ ReleveConfig relever_config(const std::string& chemin) {
   if (const Lecture lecture = lire_fichier(r.nom, texte); lecture == Lecture::faite)
     relever_texte(r, texte);
   else
-    r.constats.push_back(
-        {r.nom, 1, "fichier", "", std::string(dire(lecture)) + ", aucun code n'est connu",
-         "mettre la configuration dans le dossier des cas, en fichier texte", Gravite::erreur});
+    r.constats.push_back({code_de(lecture), r.nom, 1, "fichier", "",
+                          std::string(dire(lecture)) + ", aucun code n'est connu"});
   return r;
 }
 

@@ -1,54 +1,164 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
+#include "app/topodata/cible.h"
 #include "app/topodata/commandes.h"
-#include "app/topodata/construction.h"
+#include "app/topodata/options.h"
+#include "app/topodata/rapport.h"
 #include "verifie/regles.h"
 
 namespace topomine {
 
 namespace {
 
+constexpr std::array<const char*, 3> tous_les_modes{"ext", "nrm", "min"};
+
 struct Options {
   Cible cible;
   std::string fichier;
+  std::vector<std::string> modes;  // of --modes; without, the one of the command line
+  std::string explique;
+  bool json = false;
+  Choix choix;
 };
 
-struct Bilan {
-  std::size_t erreurs = 0, avertissements = 0;
-};
+/// What was looked at.
+struct Regarde {
+  std::size_t bases = 0, fichiers = 0, entites = 0;
 
-/// file:line: kind number: what; what to do about it (how bad)
-void ecrire(std::ostream& out, const std::vector<Constat>& constats, Bilan& bilan) {
-  for (const Constat& c : constats) {
-    const bool erreur = c.gravite == Gravite::erreur;
-    ++(erreur ? bilan.erreurs : bilan.avertissements);
-    out << c.fichier << ':' << c.ligne << ": " << c.sorte << (c.numero.empty() ? "" : " ")
-        << c.numero << ": " << c.quoi << "; " << c.remede
-        << (erreur ? " [erreur]\n" : " [avertissement]\n");
+  void compter(const Releve& r) {
+    fichiers += static_cast<std::size_t>(std::ranges::count(r.lus, true));
+    const Base& b = r.base;
+    entites += b.blocs.size() + b.faces.size() + b.edges.size() + b.vrtxs.size() + b.pieces.size() +
+               b.raccords.size();
   }
+};
+
+int expliquer_code(const std::string& texte) {
+  if (texte == "docs") {
+    ecrire_catalogue(std::cout);
+  } else if (texte == "tout") {
+    for (const Fiche& f : catalogue()) expliquer(std::cout, f);
+  } else if (const auto code = code_nomme(texte)) {
+    expliquer(std::cout, fiche(*code));
+  } else {
+    throw CLI::ValidationError("--explique", "code inconnu : '" + texte + "'");
+  }
+  return 0;
+}
+
+std::vector<std::string> dossiers(const std::string& chemin) {
+  std::vector<std::string> noms;
+  std::error_code erreur;
+  for (std::filesystem::directory_iterator ici(chemin, erreur), fin; !erreur && ici != fin;
+       ici.increment(erreur))
+    if (ici->is_directory(erreur)) noms.push_back(ici->path().filename().string());
+  return noms;
+}
+
+/// One base, in one mode or in several that must agree.
+std::vector<Constat> verifier_base(const Options& o, const std::string& nom, Voisinage& voisinage,
+                                   Regarde& regarde) {
+  std::vector<Constat> constats;
+  std::vector<Releve> releves;
+  for (const std::string& mode : o.modes) {
+    Releve r = relever(nom, o.cible.chemin, mode);
+    regarde.compter(r);
+    for (Constat& c : verifier(r, voisinage))  // the scene is the same for all modes
+      if (o.modes.size() == 1 || std::ranges::find(constats, c) == constats.end())
+        constats.push_back(std::move(c));
+    if (o.modes.size() > 1) releves.push_back(std::move(r));
+  }
+  if (o.modes.size() > 1)
+    std::ranges::move(comparer_modes(releves, constats), std::back_inserter(constats));
+  return constats;
+}
+
+void resumer(const Rapport& rapport, const Regarde& regarde) {
+  std::cerr << "topodata : " << rapport.nb(Gravite::erreur) << " erreur(s), "
+            << rapport.nb(Gravite::avertissement) << " avertissement(s), "
+            << rapport.nb(Gravite::avis) << " avis ; " << regarde.bases << " base(s), "
+            << regarde.fichiers << " fichier(s), " << regarde.entites << " entite(s) lus\n";
 }
 
 int executer(Options& o) {
+  if (!o.explique.empty()) return expliquer_code(o.explique);
+  if (o.cible.chemin.empty()) throw CLI::RequiredError("CHEMIN");
+  if (o.modes.empty() && o.cible.mode.empty()) throw CLI::RequiredError("MODE");
+  if (o.modes.empty()) o.modes.push_back(o.cible.mode);
+  if (o.cible.mode.empty()) o.cible.mode = o.modes.front();
   Progres progres;
   controler(o.cible, !o.cible.bases);
   Sortie sortie(o.fichier);
-  Bilan bilan;
-  const ReleveConfig config = relever_config(o.cible.chemin);
-  ecrire(sortie.flux(), verifier(config), bilan);
-  for (const std::string& nom : o.cible.noms()) {
-    progres.etape("verification de " + nom);
-    const std::vector<Constat> constats =
-        verifier(relever(nom, o.cible.chemin, o.cible.mode), config);
-    progres.effacer();
-    ecrire(sortie.flux(), constats, bilan);
+  std::unique_ptr<Rapport> rapport;
+  if (o.json)
+    rapport = std::make_unique<RapportJson>(sortie.flux(), o.choix);
+  else
+    rapport = std::make_unique<RapportTexte>(sortie.flux(), o.choix);
+  Regarde regarde;
+  Voisinage voisinage{relever_config(o.cible.chemin), dossiers(o.cible.chemin), {}};
+  regarde.fichiers += voisinage.config.lue;
+  rapport->ajouter(verifier(voisinage.config));
+  const auto absente = [&](const std::string& nom) {
+    std::error_code erreur;
+    return !std::filesystem::is_directory(o.cible.chemin + nom, erreur);
+  };
+  const std::vector<std::string> noms = o.cible.noms();
+  if (std::ranges::all_of(noms, absente)) {
+    rapport->ajouter({{Code::base_absente, o.cible.chemin, 1, "dossier", "",
+                       "aucune des bases n'y est (" + noms.front() + " ...)"}});
+  } else {
+    for (const std::string& nom : noms) {
+      if (absente(nom)) {
+        rapport->ajouter({{Code::base_absente, o.cible.chemin + nom, 1, "base", nom, "absente"}});
+        continue;
+      }
+      progres.etape("verification de " + nom);
+      ++regarde.bases;
+      std::vector<Constat> constats = verifier_base(o, nom, voisinage, regarde);
+      progres.effacer();
+      rapport->ajouter(std::move(constats));
+    }
   }
+  rapport->finir();
   sortie.conclure();
-  if (bilan.erreurs + bilan.avertissements > 0)
-    std::cerr << "topodata : " << bilan.erreurs << " erreur(s), " << bilan.avertissements
-              << " avertissement(s)\n";
-  return bilan.erreurs > 0 ? 2 : bilan.avertissements > 0 ? 1 : 0;
+  progres.effacer();
+  resumer(*rapport, regarde);
+  return rapport->statut();
+}
+
+void lire_modes(const std::string& texte, std::vector<std::string>& modes) {
+  modes = texte == "toutes" ? std::vector<std::string>(tous_les_modes.begin(), tous_les_modes.end())
+                            : decouper(texte);
+  const bool connus = std::ranges::all_of(modes, [](const std::string& mode) {
+    return std::ranges::find(tous_les_modes, mode) != tous_les_modes.end();
+  });
+  if (modes.empty() || !connus)
+    throw CLI::ValidationError("--modes",
+                               "attendu : toutes, ou des modes separes par des virgules");
+}
+
+void lire_ignores(const std::string& texte, Choix& choix) {
+  for (const std::string& nom : decouper(texte)) {
+    const auto code = code_nomme(nom);
+    if (!code) throw CLI::ValidationError("--ignore", "code inconnu : '" + nom + "'");
+    choix.ignores.insert(*code);
+  }
+}
+
+void lire_gravites(const std::string& texte, Choix& choix) {
+  choix.gravites.clear();
+  for (const std::string& mot : decouper(texte)) {
+    const std::size_t avant = choix.gravites.size();
+    for (const Gravite g : {Gravite::avis, Gravite::avertissement, Gravite::erreur})
+      if (mot == nom(g)) choix.gravites.insert(g);
+    if (choix.gravites.size() == avant)
+      throw CLI::ValidationError("--seulement", "attendu : erreur, avertissement ou avis");
+  }
 }
 
 }  // namespace
@@ -57,12 +167,29 @@ void ajouter_verifie(CLI::App& app, int& statut) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("verifie", "Dit tout ce qui ne va pas dans les cas");
   options_cible(*c, o->cible);
+  for (const char* nom : {"CHEMIN", "MODE"}) c->get_option(nom)->required(false);
+  c->add_option_function<std::string>(
+      "--modes", [o](const std::string& texte) { lire_modes(texte, o->modes); },
+      "toutes, ou des modes separes par des virgules : chacun, et s'ils s'accordent");
+  c->add_option("--explique", o->explique, "Ce que veut dire un code, V012 (ou tout)");
+  c->add_option_function<std::vector<std::string>>(
+      "--ignore",
+      [o](const std::vector<std::string>& textes) {
+        for (const std::string& texte : textes) lire_ignores(texte, o->choix);
+      },
+      "Codes a taire, separes par des virgules");
+  c->add_option_function<std::string>(
+      "--seulement", [o](const std::string& texte) { lire_gravites(texte, o->choix); },
+      "Gravites a garder : erreur, avertissement, avis");
+  c->add_flag("--tout", o->choix.tout, "Tous les constats, sans les grouper");
+  option_mot(*c, "--format", "texte (par defaut) ou json, un objet par constat",
+             {{"texte", false}, {"json", true}}, o->json);
   c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
   c->footer(
-      "Une ligne par constat : fichier:ligne: sorte numero: ce qui ne va pas; que faire [gravite]\n"
-      "Code de retour : 0 rien, 1 des avertissements seulement, 2 des erreurs.\n"
+      "Une ligne par constat : fichier:ligne: sorte numero: quoi; que faire [gravite] [code]\n"
+      "Code de retour : 0 rien ou des avis, 1 des avertissements, 2 des erreurs.\n"
       "Exemple :\n"
-      "  topodata verifie cas/ nrm --bases mesh_case_2");
+      "  topodata verifie cas/ nrm --bases mesh_case_2 --ignore V037");
   c->callback([o, &statut] { statut = executer(*o); });
 }
 

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
@@ -6,17 +8,17 @@ namespace topomine {
 namespace {
 
 constexpr int type_ordinaire = 30;
-constexpr double volume_ordinaire = 1.0;
+constexpr double inconnu = std::numeric_limits<double>::quiet_NaN();
 
 /// A strict reading goes on with values that nobody will find fault with.
 void lire_mesures(Parcours& p, Noeud n, Block& bloc) {
   bloc._type(p.entier(n, "Type", type_ordinaire));
-  bloc._erik(p.cellule(n, "Erikson"));
+  bloc._erik(p.cellule(n, "Erikson", inconnu));
   const Noeud volumes = p.enfant(n, "Volumes", "volm");
-  bloc._volexa(p.cellule(volumes, "Exact", volume_ordinaire));
-  bloc._volmor(p.cellule(volumes, "Mor", bloc._volexa()));
-  bloc._volmoy(p.cellule(volumes, "Moyen", bloc._volexa()));
-  bloc._volnsm(p.cellule(volumes, "NSMB", bloc._volexa()));
+  bloc._volexa(p.cellule(volumes, "Exact", inconnu));
+  bloc._volmor(p.cellule(volumes, "Mor", inconnu));
+  bloc._volmoy(p.cellule(volumes, "Moyen", inconnu));
+  bloc._volnsm(p.cellule(volumes, "NSMB", inconnu));
 }
 
 void lire_cases(Parcours& p, Noeud n, Block& bloc) {

@@ -1,0 +1,198 @@
+#include "verifie/balises.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "base/lecture/limites_xml.h"
+
+namespace topomine {
+
+namespace {
+
+constexpr std::string_view blancs = " \t\r\n\v\f";
+
+bool commence_nom(char c) {
+  const auto u = static_cast<unsigned char>(c);
+  return u >= 127 || c == '_' || std::isalpha(u) != 0;
+}
+
+bool continue_nom(char c) {
+  return commence_nom(c) || std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '-' ||
+         c == '.' || c == ':';
+}
+
+/// A reading head that goes from tag to tag and keeps count of the lines.
+class Balises {
+ public:
+  explicit Balises(std::string_view texte) : texte_(texte) {}
+
+  std::optional<FauteOctets> chercher() {
+    while (!faute_ && aller_au_chevron()) balise();
+    if (!faute_ && !ouvertes_.empty()) fin_du_fichier();
+    return std::move(faute_ ? faute_ : esperluette_);
+  }
+
+ private:
+  struct Ouverte {
+    std::string_view nom;
+    int ligne;
+    int pareille = 0;  // line of its first child of the same name
+  };
+
+  void signaler(int ligne, std::string quoi, Code code = Code::xml_mal_forme) {
+    faute_ = {code, ligne, std::move(quoi)};
+  }
+  static std::string en(std::string_view balise, std::string_view nom, const char* fin = ">`") {
+    return "`" + std::string(balise) + std::string(nom) + fin;
+  }
+  static std::string ouverte(const Ouverte& o) {
+    return en("<", o.nom) + " ouvert ligne " + std::to_string(o.ligne);
+  }
+
+  std::string_view reste() const { return texte_.substr(p_); }
+  bool au_bout() const { return p_ >= texte_.size(); }
+  bool voit(std::string_view mot) const { return reste().starts_with(mot); }
+
+  void avancer(std::size_t n) {
+    const auto debut = texte_.begin() + static_cast<std::ptrdiff_t>(p_);
+    const auto fin = debut + static_cast<std::ptrdiff_t>(n);
+    ligne_ += static_cast<int>(std::count(debut, fin, '\n'));
+    p_ += n;
+  }
+  void sauter_blancs() { avancer(std::min(reste().find_first_not_of(blancs), reste().size())); }
+  std::string_view nom() {
+    std::size_t n = 0;
+    while (n < reste().size() && (n == 0 ? commence_nom(reste()[0]) : continue_nom(reste()[n])))
+      ++n;
+    const std::string_view lu = reste().substr(0, n);
+    avancer(n);
+    return lu;
+  }
+
+  /// To the next "<"; on the way, the first "&" that begins no entity is kept in mind.
+  bool aller_au_chevron() {
+    const std::string_view entre = reste().substr(0, reste().find('<'));
+    for (std::size_t i = entre.find('&'); i != std::string_view::npos && !esperluette_;
+         i = entre.find('&', i + 1)) {
+      const std::size_t fin = entre.find_first_not_of(
+          "#abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789", i + 1);
+      if (fin == i + 1 || fin == std::string_view::npos || entre[fin] != ';') {
+        const auto debut = entre.begin();
+        const auto ici = debut + static_cast<std::ptrdiff_t>(i);
+        esperluette_ = {Code::xml_mal_forme,
+                        ligne_ + static_cast<int>(std::count(debut, ici, '\n')),
+                        "`&` isole, l'ecrire `&amp;`"};
+      }
+    }
+    avancer(entre.size());
+    return !au_bout();
+  }
+
+  /// Past what begins with `debut` and ends with `fin`.
+  void bloc(std::string_view debut, std::string_view fin, const char* quoi) {
+    const std::size_t i = reste().find(fin, debut.size());
+    if (i == std::string_view::npos)
+      return signaler(ligne_, std::string(quoi) + " " + en(debut, "", "`") + " jamais ferme par `" +
+                                  std::string(fin) + "`");
+    avancer(i + fin.size());
+  }
+
+  void balise() {
+    if (voit("<!--")) return bloc("<!--", "-->", "commentaire");
+    if (voit("<![CDATA[")) return bloc("<![CDATA[", "]]>", "texte");
+    if (voit("<?")) return bloc("<?", "?>", "declaration");
+    if (voit("<!")) return bloc("<!", ">", "declaration");
+    if (voit("</")) return fermante();
+    avancer(1);
+    if (au_bout() || !commence_nom(reste()[0])) return signaler(ligne_, "`<` isole");
+    ouvrante();
+  }
+
+  void ouvrante() {
+    const int ligne = ligne_;
+    const std::string_view nom_lu = nom();
+    int attributs = 0;
+    for (;;) {
+      sauter_blancs();
+      if (voit("/>")) return avancer(2);
+      if (voit(">")) break;
+      if (au_bout() || !commence_nom(reste()[0]))
+        return signaler(
+            ligne, "balise " + en("<", nom_lu, "`") +
+                       (au_bout() ? " coupee par la fin du fichier" : " jamais fermee par `>`"));
+      if (!attribut(nom_lu)) return;
+      if (++attributs > attributs_max)
+        return signaler(ligne, "plus de " + std::to_string(attributs_max) + " attributs",
+                        Code::document_demesure);
+    }
+    avancer(1);
+    if (!ouvertes_.empty() && ouvertes_.back().nom == nom_lu && ouvertes_.back().pareille == 0)
+      ouvertes_.back().pareille = ligne;
+    ouvertes_.push_back({nom_lu, ligne});
+    if (ouvertes_.size() > niveaux_max)
+      signaler(ligne, "plus de " + std::to_string(niveaux_max) + " niveaux d'elements",
+               Code::document_demesure);
+  }
+
+  bool attribut(std::string_view element) {
+    const int ligne = ligne_;
+    const std::string dit = "attribut `" + std::string(nom()) + "` de " + en("<", element);
+    sauter_blancs();
+    if (!voit("=")) return signaler(ligne, dit + " sans valeur"), false;
+    avancer(1);
+    sauter_blancs();
+    const char guillemet = au_bout() ? '\0' : reste()[0];
+    if (guillemet != '"' && guillemet != '\'')
+      return signaler(ligne, dit + " sans guillemets"), false;
+    const std::size_t fin = reste().find(guillemet, 1);
+    if (fin == std::string_view::npos || reste().substr(0, fin).find('<') != std::string_view::npos)
+      return signaler(ligne, dit + " sans guillemet a la fin"), false;
+    avancer(fin + 1);
+    return true;
+  }
+
+  void fermante() {
+    const int ligne = ligne_;
+    avancer(2);
+    const std::string_view nom_lu = nom();
+    sauter_blancs();
+    if (!voit(">"))
+      return signaler(ligne, "balise de fin " + en("</", nom_lu, "`") + " jamais fermee par `>`");
+    avancer(1);
+    if (ouvertes_.empty()) return signaler(ligne, en("</", nom_lu) + " ne ferme rien");
+    const Ouverte& o = ouvertes_.back();
+    if (o.nom == nom_lu) return ouvertes_.pop_back();
+    if (o.pareille > 0) return non_fermee(o);
+    signaler(ligne,
+             ouverte(o) + ", ferme par " + en("</", nom_lu) + " ligne " + std::to_string(ligne));
+  }
+
+  /// An element that holds one of its own name was to be closed before it: none of ours nests so.
+  void non_fermee(const Ouverte& o) {
+    signaler(o.pareille, ouverte(o) + ", pas ferme avant " + en("<", o.nom) + " ligne " +
+                             std::to_string(o.pareille));
+  }
+
+  void fin_du_fichier() {
+    for (const Ouverte& o : ouvertes_)
+      if (o.pareille > 0) return non_fermee(o);
+    signaler(ligne_, "fichier coupe, " + ouverte(ouvertes_.back()) + " jamais ferme");
+  }
+
+  std::string_view texte_;
+  std::size_t p_ = 0;
+  int ligne_ = 1;
+  std::vector<Ouverte> ouvertes_;
+  std::optional<FauteOctets> faute_, esperluette_;
+};
+
+}  // namespace
+
+std::optional<FauteOctets> faute_xml(std::string_view texte) {
+  return Balises(texte).chercher();
+}
+
+}  // namespace topomine

@@ -1,0 +1,89 @@
+#include "verifie/examen.h"
+
+#include <algorithm>
+
+#include "texte/nombres.h"
+
+namespace topomine {
+
+namespace {
+
+template <class Entite>
+std::vector<const Entite*> adresses(const std::map<int, Entite>& table) {
+  std::vector<const Entite*> liste;
+  liste.reserve(table.size());
+  for (const auto& [numero, entite] : table) liste.push_back(&entite);
+  return liste;
+}
+
+}  // namespace
+
+Examen::Examen(Releve& releve, const ReleveConfig& configuration)
+    : r(releve),
+      config(configuration),
+      m(releve.base),
+      blocs(adresses(releve.base.blocs)),
+      faces(adresses(releve.base.faces)),
+      edges(adresses(releve.base.edges)) {
+  for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx})
+    douteux[f].assign(static_cast<std::size_t>(rangs(f).nb()), 0);
+  for (const auto& [numero, parties] : r.illisibles[fic_vrtx])
+    if (const int rang = m.num_sommets.rang(numero); rang >= 0) douter(fic_vrtx, rang);
+}
+
+bool Examen::lus(std::initializer_list<Fichier> fichiers) const {
+  return std::ranges::all_of(fichiers, [this](Fichier f) { return r.lus[f]; });
+}
+
+const Rangs& Examen::rangs(Fichier f) const {
+  switch (f) {
+    case fic_blck:
+      return m.num_blocs;
+    case fic_face:
+      return m.num_faces;
+    case fic_edge:
+      return m.num_edges;
+    default:
+      return m.num_sommets;
+  }
+}
+
+bool Examen::est_douteux(Fichier f, int rang) const {
+  return douteux[f][static_cast<std::size_t>(rang)] != 0;
+}
+
+void Examen::douter(Fichier f, int rang) {
+  douteux[f][static_cast<std::size_t>(rang)] = 1;
+}
+
+void Examen::signaler(Code code, Fichier f, int rang, const std::string& quoi,
+                      const std::string& champ) {
+  const int n = numero(f, rang);
+  r.signaler(code, f, r.ligne(f, n), sorte(f), std::to_string(n), quoi);
+  r.constats.back().champ = champ;
+}
+
+void Examen::signaler(Code code, Fichier f, const std::string& quoi, int ligne) {
+  r.signaler(code, f, ligne, "fichier", "", quoi);
+}
+
+const char* sorte(Fichier f) {
+  constexpr std::array<const char*, nb_fichiers> noms{"scene", "bloc", "face", "edge", "vertex"};
+  return noms[f];
+}
+
+std::string nombre(double v) {
+  std::string texte;
+  ajouter_nombre(texte, v);
+  return texte;
+}
+
+std::string enumerer(std::span<const int> numeros) {
+  constexpr std::size_t assez = 6;
+  std::string texte;
+  for (std::size_t i = 0; i < numeros.size() && i <= assez; ++i)
+    texte += (i == 0 ? "" : ", ") + (i < assez ? std::to_string(numeros[i]) : "...");
+  return texte;
+}
+
+}  // namespace topomine

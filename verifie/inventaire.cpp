@@ -1,0 +1,199 @@
+#include "verifie/inventaire.h"
+
+#include <tinyxml.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace topomine {
+
+namespace {
+
+enum class Fois {
+  une,
+  debut,     ///< every element whose name begins so
+  multiple,  ///< as often as the slot says
+};
+
+struct Contenu;
+
+/// An element that the reading asks for.
+struct Mot {
+  std::string_view nom;
+  const Contenu* dedans = nullptr;  // what is in it is looked at, too
+  Fois fois = Fois::une;
+};
+
+struct Contenu {
+  std::span<const Mot> mots;
+  bool libre = false;  // elements of other names are read as well
+};
+
+constexpr Mot m_cellule[]{{"Cell"}};
+constexpr Contenu cellule{m_cellule};
+constexpr Mot m_volumes[]{
+    {"Exact", &cellule}, {"Mor", &cellule}, {"Moyen", &cellule}, {"NSMB", &cellule}};
+constexpr Contenu volumes{m_volumes};
+constexpr Mot m_case_face[]{{"Numero"}, {"NbSubFace"}, {"SubFace", nullptr, Fois::multiple}};
+constexpr Contenu case_face{m_case_face};
+constexpr Mot m_cases_face[]{{"Face", &case_face, Fois::debut}};
+constexpr Contenu cases_face{m_cases_face, true};
+constexpr Mot m_bloc[]{
+    {"Ident"}, {"Type"}, {"Erikson", &cellule}, {"Volumes", &volumes}, {"Faces", &cases_face}};
+constexpr Contenu bloc{m_bloc};
+constexpr Mot m_case_edge[]{{"Numero"}, {"NbSubEdge"}, {"SubEdge", nullptr, Fois::multiple}};
+constexpr Contenu case_edge{m_case_edge};
+constexpr Mot m_face[]{{"Ident"},    {"NumCaract"},
+                       {"Type"},     {"Boundary_Conditions"},
+                       {"Surfaces"}, {"Edge", &case_edge, Fois::debut}};
+constexpr Contenu face{m_face};
+constexpr Mot m_bouts[]{{"rmin"}, {"rmax"}};
+constexpr Contenu bouts{m_bouts};
+constexpr Mot m_edge[]{
+    {"Ident"}, {"NumCaract"}, {"Boundary_Conditions"}, {"NbVertex"}, {"Vertices", &bouts}};
+constexpr Contenu edge{m_edge};
+constexpr Mot m_xyz[]{{"X"}, {"Y"}, {"Z"}};
+constexpr Contenu xyz{m_xyz};
+constexpr Mot m_projection[]{{"Famille"}, {"Coord", &xyz}, {"Normale", &xyz}};
+constexpr Contenu projection{m_projection};
+constexpr Mot m_vertex[]{{"Ident"}, {"Coord", &xyz}, {"Proj", &projection, Fois::debut}};
+constexpr Contenu vertex{m_vertex};
+constexpr Mot m_avion[]{{"name"},      {"family"}, {"fuse_length"}, {"fuse_width"}, {"height"},
+                        {"wing_span"}, {"corde"},  {"wing_area"},   {"sweep"},      {"nb_engine"}};
+constexpr Contenu reference{m_avion};
+constexpr Mot m_piece[]{{"nom"}, {"family"}, {"topologie"}, {"special", nullptr, Fois::debut}};
+constexpr Contenu piece{m_piece, true};
+constexpr Mot m_raccord[]{{"piece", nullptr, Fois::debut}, {"type"}};
+constexpr Contenu raccord{m_raccord, true};
+constexpr Mot m_scene[]{{"reference_avion", &reference}, {"liste_pieces"}, {"liste_raccords"}};
+constexpr Contenu scene{m_scene};
+
+class Inventaire {
+ public:
+  Inventaire(Releve& r, Fichier f) : r_(r), f_(f) {}
+
+  /// The entities of a list, whatever their names.
+  void liste(const TiXmlNode& n, const char* sorte, const Contenu& contenu, const char* nom) {
+    int rang = 0;
+    for (const TiXmlNode* e = n.FirstChild(); e; e = e->NextSibling()) {
+      ++rang;
+      if (e->ToElement()) entite(*e, sorte, contenu, nom, rang);
+    }
+  }
+  void entite(const TiXmlNode& n, const char* sorte, const Contenu& contenu,
+              const char* nom = nullptr, int rang = 0) {
+    const TiXmlNode* e = nom ? n.FirstChild(nom) : nullptr;
+    nom_ = e && e->FirstChild() && e->FirstChild()->ToText() ? e->FirstChild()->Value() : nullptr;
+    sorte_ = sorte;
+    rang_ = rang;
+    visiter(n, contenu);
+  }
+
+ private:
+  void signaler(Code code, const TiXmlNode& ou, const std::string& quoi) {
+    r_.signaler(code, f_, std::max(ou.Row(), 1), sorte_,
+                nom_        ? nom_
+                : rang_ > 0 ? "de rang " + std::to_string(rang_)
+                            : std::string(),
+                quoi);
+  }
+
+  static bool est(const Mot& mot, std::string_view nom) {
+    return mot.fois == Fois::debut ? nom.starts_with(mot.nom) : nom == mot.nom;
+  }
+
+  void visiter(const TiXmlNode& n, const Contenu& contenu) {
+    unsigned vus = 0;
+    std::size_t attendu = 0;  // they mostly come in the order of the list
+    const std::size_t nb = contenu.mots.size();
+    for (const TiXmlNode* e = n.FirstChild(); e; e = e->NextSibling()) {
+      if (!e->ToElement()) {
+        autre_noeud(*e, contenu);
+        continue;
+      }
+      std::size_t i = 0;
+      while (i < nb && !est(contenu.mots[(attendu + i) % nb], e->Value())) ++i;
+      if (i == nb) {
+        const bool coupe = contenu.mots[attendu].fois == Fois::debut &&
+                           e->NextSibling(std::string(contenu.mots[attendu].nom));
+        if (coupe) continue;  // said of the list that it ends
+        if (!contenu.libre || (vus == 0 && contenu.mots[0].fois == Fois::debut))
+          signaler(Code::element_inconnu, *e, std::string("rien ne lit l'element ") + e->Value());
+        continue;
+      }
+      i = (attendu + i) % nb;
+      const Mot& mot = contenu.mots[i];
+      if (vus & 1U << i && !repete(mot, n)) {
+        signaler(Code::element_en_double, *e,
+                 std::string(e->Value()) + " donne deux fois, le premier est lu");
+        continue;
+      }
+      vus |= 1U << i;
+      attendu = mot.fois == Fois::debut ? i : (i + 1) % nb;
+      if (mot.dedans) visiter(*e, *mot.dedans);
+    }
+  }
+
+  /// A slot of several sub-entities names them all; that it has several has been said.
+  static bool repete(const Mot& mot, const TiXmlNode& n) {
+    if (mot.fois != Fois::multiple) return mot.fois == Fois::debut;
+    const TiXmlNode* nb = n.FirstChild("Nb" + std::string(mot.nom));
+    return !nb || !nb->FirstChild() || std::string_view(nb->FirstChild()->Value()) != "1";
+  }
+
+  void autre_noeud(const TiXmlNode& n, const Contenu& contenu) {
+    if (n.ToText() && !contenu.libre)
+      signaler(Code::element_inconnu, n, std::string("rien ne lit le texte '") + n.Value() + "'");
+    if (n.ToComment())
+      for (const Mot& mot : contenu.mots)
+        if (std::strstr(n.Value(), ("<" + std::string(mot.nom)).c_str()))
+          return signaler(Code::element_commente, n, std::string(mot.nom) + " en commentaire");
+  }
+
+  Releve& r_;
+  Fichier f_;
+  const char* sorte_ = "";
+  const char* nom_ = nullptr;
+  int rang_ = 0;
+};
+
+struct Corps {
+  const char* racine;
+  const char* sorte;
+  const Contenu* contenu;
+};
+
+/// By Fichier.
+constexpr std::array<Corps, nb_fichiers> corps{{{"definition_scene", "scene", &scene},
+                                                {"Blocks", "bloc", &bloc},
+                                                {"Faces", "face", &face},
+                                                {"Edges", "edge", &edge},
+                                                {"Vertices", "vertex", &vertex}}};
+
+}  // namespace
+
+void inventorier(Releve& r, Fichier f, const TiXmlDocument& doc) {
+  const Corps& c = corps[f];
+  const TiXmlNode* racine = doc.FirstChild(c.racine);
+  if (!racine) return;
+  if (const TiXmlNode* seconde = racine->NextSibling(c.racine))
+    r.signaler(Code::element_en_double, f, std::max(seconde->Row(), 1), "fichier", "",
+               std::string(c.racine) + " donne deux fois, le premier est lu");
+  Inventaire i(r, f);
+  if (f != fic_def) return i.liste(*racine, c.sorte, *c.contenu, "Ident");
+  i.entite(*racine, c.sorte, *c.contenu);
+  if (const TiXmlNode* avion = racine->FirstChild("reference_avion"))
+    for (const TiXmlNode* e = avion->FirstChild(); e; e = e->NextSibling())
+      r.lignes_avion.try_emplace(e->Value(), e->Row());
+  if (const TiXmlNode* pieces = racine->FirstChild("liste_pieces"))
+    i.liste(*pieces, "piece", piece, "nom");
+  if (const TiXmlNode* raccords = racine->FirstChild("liste_raccords"))
+    i.liste(*raccords, "raccord", raccord, nullptr);
+}
+
+}  // namespace topomine

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "verifie/releve.h"
+
+class TiXmlDocument;
+
+namespace topomine {
+
+/// What a reading passes over without a word: a second element of a name that is read once, an
+/// element or a text that nothing asks for, an element within a comment.
+void inventorier(Releve& releve, Fichier f, const TiXmlDocument& doc);
+
+}  // namespace topomine

@@ -1,0 +1,64 @@
+#include <tinyxml.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "base/lecture/document.h"
+#include "verifie/journal_constats.h"
+
+namespace topomine {
+
+namespace {
+
+std::string_view texte_de(const TiXmlNode* n) {
+  n = n ? n->FirstChild() : nullptr;
+  return n ? n->Value() : std::string_view();
+}
+
+/// The element that a path leads to from n, as far as it goes: names, a number for the slot that
+/// has it.
+const TiXmlNode* suivre(const TiXmlNode& n, std::string_view chemin) {
+  const TiXmlNode* ici = &n;
+  while (!chemin.empty()) {
+    const std::size_t fin = std::min(chemin.find('/'), chemin.size());
+    const std::string mot(chemin.substr(0, fin));
+    const TiXmlNode* suite = nullptr;
+    if (mot[0] >= '0' && mot[0] <= '9') {
+      suite = ici;
+      while (suite && texte_de(suite->FirstChild("Numero")) != mot) suite = suite->NextSibling();
+    } else {
+      suite = ici->FirstChild(mot.c_str());
+    }
+    if (!suite) break;
+    ici = suite;
+    chemin.remove_prefix(std::min(fin + 1, chemin.size()));
+  }
+  return ici;
+}
+
+}  // namespace
+
+void preciser_lignes(Releve& r) {
+  for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx}) {
+    std::unordered_map<std::string_view, std::vector<Constat*>> par_numero;
+    for (Constat& c : r.constats)
+      if (!c.champ.empty() && c.fichier == r.noms[f]) par_numero[c.numero].push_back(&c);
+    if (par_numero.empty()) continue;
+    TiXmlDocument doc;
+    std::string texte;
+    if (lire_fichier(r.noms[f], texte) != Lecture::faite ||
+        !analyser_xml(std::move(texte), doc, true) || !doc.RootElement())
+      continue;
+    for (const TiXmlNode* n = doc.RootElement()->FirstChild(); n; n = n->NextSibling()) {
+      const auto trouves = par_numero.find(texte_de(n->FirstChild("Ident")));
+      if (trouves == par_numero.end()) continue;
+      for (Constat* c : trouves->second) c->ligne = std::max(suivre(*n, c->champ)->Row(), 1);
+    }
+  }
+}
+
+}  // namespace topomine

@@ -1,0 +1,125 @@
+#include "verifie/maille.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace topomine {
+
+int Rangs::rang(int numero) const {
+  if (numeros_.empty() || numero < numeros_.front() || numero > numeros_.back()) return inconnu;
+  // Mostly they follow each other: a guess finds them at once.
+  const auto devine = static_cast<std::size_t>(static_cast<long>(numero) - numeros_.front());
+  if (devine < numeros_.size() && numeros_[devine] == numero) return static_cast<int>(devine);
+  const auto trouve = std::ranges::lower_bound(numeros_, numero);
+  return trouve != numeros_.end() && *trouve == numero ? static_cast<int>(trouve - numeros_.begin())
+                                                       : inconnu;
+}
+
+Maille::Maille(const Base& base)
+    : num_blocs(base.blocs), num_faces(base.faces), num_edges(base.edges), num_sommets(base.vrtxs) {
+  places.reserve(base.vrtxs.size());
+  for (const auto& [numero, v] : base.vrtxs) places.push_back({v._posX(), v._posY(), v._posZ()});
+}
+
+void Maille::monter_edges() {
+  faces_d_edge = Listes(edges.size(), [&](auto ajouter) {
+    for (int f = 0; f < num_faces.nb(); ++f)
+      for (const int e : au(faces, f))
+        if (e >= 0) ajouter(e, f);
+  });
+}
+
+void Maille::monter_faces() {
+  blocs_de_face = Listes(faces.size(), [&](auto ajouter) {
+    for (int b = 0; b < num_blocs.nb(); ++b)
+      for (const int f : au(blocs, b))
+        if (f >= 0) ajouter(f, b);
+  });
+}
+
+namespace {
+
+/// At most four vertices, without memory of their own: the corners of a face are asked for often.
+struct Quatre {
+  std::array<int, 8> rangs{};
+  int nb = 0;
+  bool sur = true;  // every edge is known
+
+  bool a_deja(int v) const { return contient({rangs.data(), static_cast<std::size_t>(nb)}, v); }
+  void ajouter(int v) {
+    if (!a_deja(v)) rangs[static_cast<std::size_t>(nb++)] = v;
+  }
+};
+
+Quatre quatre(const Maille& m, int face) {
+  Quatre q;
+  for (const int e : au(m.faces, face)) {
+    if (e == vide) continue;
+    if (e == inconnu || au(m.edges, e)[0] < 0 || au(m.edges, e)[1] < 0) {
+      q.sur = false;
+      return q;
+    }
+    for (const int v : au(m.edges, e)) q.ajouter(v);
+  }
+  q.sur = q.nb >= 3 && q.nb <= 4;
+  return q;
+}
+
+}  // namespace
+
+std::vector<int> Maille::sommets(int face) const {
+  const Quatre q = quatre(*this, face);
+  return {q.rangs.begin(), q.rangs.begin() + (q.sur ? q.nb : 0)};
+}
+
+bool Maille::coins(int bloc, Coins& coins) const {
+  std::array<Quatre, nb_faces_bloc> sur_face;
+  std::array<bool, nb_faces_bloc> la{};
+  for (int s = 0; s < nb_faces_bloc; ++s) {
+    const int f = au(blocs, bloc)[static_cast<std::size_t>(s)];
+    if (f == inconnu) return false;
+    if (f == vide) continue;
+    sur_face[static_cast<std::size_t>(s)] = quatre(*this, f);
+    if (!sur_face[static_cast<std::size_t>(s)].sur) return false;
+    la[static_cast<std::size_t>(s)] = true;
+  }
+  for (unsigned c = 0; c < 8; ++c) {
+    // On the three faces of the corner; where one of them shrank, not on the faces opposite.
+    std::array<int, 8> restants{};
+    int nb = -1;
+    for (const bool oppose : {false, true})
+      for (unsigned axe = 0; axe < 3; ++axe) {
+        const unsigned cote = (c >> axe & 1U) ^ static_cast<unsigned>(oppose);
+        const auto s =
+            static_cast<std::size_t>(place_face(static_cast<int>(cote), static_cast<int>(axe)));
+        if (!la[s] || (oppose && nb <= 1)) continue;
+        const Quatre& q = sur_face[s];
+        if (nb < 0) {
+          restants = q.rangs;
+          nb = q.nb;
+          continue;
+        }
+        std::array<int, 8> suite{};
+        int n = 0;
+        for (int i = 0; i < nb; ++i)
+          if (q.a_deja(restants[static_cast<std::size_t>(i)]) != oppose)
+            suite[static_cast<std::size_t>(n++)] = restants[static_cast<std::size_t>(i)];
+        if (oppose && n == 0) continue;
+        restants = suite;
+        nb = n;
+      }
+    if (nb != 1) return false;
+    coins[c] = restants[0];
+  }
+  return true;
+}
+
+int Maille::edge_entre(int de, int vers) const {
+  if (par_bouts_.empty())
+    for (int e = 0; e < num_edges.nb(); ++e)
+      par_bouts_.try_emplace(std::minmax(au(edges, e)[0], au(edges, e)[1]), e);
+  const auto trouvee = par_bouts_.find(std::minmax(de, vers));
+  return trouvee == par_bouts_.end() ? inconnu : trouvee->second;
+}
+
+}  // namespace topomine

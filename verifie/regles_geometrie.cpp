@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "verifie/examen.h"
+#include "verifie/hexaedre.h"
+
+namespace topomine {
+
+namespace {
+
+/// Between an estimate and Exact. On blocks with straight edges they differ by less than 3, even
+/// where the block is skewed or collapsed; a decimal point one place off is a factor of 10.
+constexpr double facteur_estimation = 5;
+/// Between Exact and what the eight corners enclose. A block that is curved like an arc of angle t
+/// has t / sin t times the volume of its corners: 1.6 for a quarter of a ring, 2.4 for a third. A
+/// decimal point one place off stays outside of 4 on either side of those.
+constexpr double facteur_sommets = 4;
+/// The same between two files, where half of the blocks have to agree.
+constexpr double facteur_moyen = 2;
+/// The corners of a left-handed block enclose minus its volume. Those of a block that bends by more
+/// than half a turn are turned too, but sin t / t is never below -0.217.
+constexpr double part_gauche = 0.25;
+/// Its square, summed over neighbours, still is a number.
+constexpr double grand = 1e150;
+/// Files give ten digits: this is what a recomputed value may be off by, for one of size 1 ...
+constexpr double precision = 1e-6;
+/// ... and for an edge that is small beside its coordinates.
+constexpr double precision_places = 1e-9;
+constexpr double hors_erikson = 1e-9;
+
+constexpr std::size_t nb_valeurs = 5;
+constexpr std::array<const char*, nb_valeurs> noms{"Exact", "Mor", "Moyen", "NSMB", "Erikson"};
+constexpr std::size_t i_exact = 0, i_erikson = 4;
+using Valeurs = std::array<double, nb_valeurs>;
+
+Valeurs donnees(const Block& b) {
+  return {b._volexa(), b._volmor(), b._volmoy(), b._volnsm(), b._erik()};
+}
+
+/// What is known of a block: NaN stands for what is not.
+struct Bloc {
+  Valeurs lues{}, calculees{};
+  double tolerance = 0;
+  Maille::Coins coins{};
+  bool coins_surs = false;
+  bool dit = false;      // something has been said of its volumes
+  bool differe = false;  // of what its corners give
+
+  double rapport() const { return lues[i_exact] / calculees[i_exact]; }
+  bool gauche() const {
+    if (!coins_surs || calculees[i_exact] >= 0) return false;
+    const double volume = std::abs(lues[i_exact]);
+    return -calculees[i_exact] >= part_gauche * volume &&
+           -calculees[i_exact] <= facteur_sommets * volume;
+  }
+  bool loin() const {
+    return coins_surs && lues[i_exact] > 0 && calculees[i_exact] > 0 &&
+           (rapport() >= facteur_sommets || rapport() <= 1 / facteur_sommets);
+  }
+  bool a_l_envers() const { return coins_surs && calculees[i_exact] < 0 && !gauche(); }
+  /// Unknown values differ from nothing.
+  bool ecarte(std::size_t i) const {
+    const double echelle = i == i_erikson ? 1 : std::abs(calculees[i]);
+    return std::abs(lues[i] - calculees[i]) > tolerance * echelle;
+  }
+};
+
+class Volumes {
+ public:
+  explicit Volumes(Examen& x) : x_(x), blocs_(x.blocs.size()) {}
+
+  void examiner() {
+    for (int b = 0; b < nb(); ++b) mesurer_bloc(b);
+    if (!positions_d_ailleurs()) recalculer();
+    for (int b = 0; b < nb(); ++b) valeurs(b);
+    for (int b = 0; b < nb(); ++b) isolees(b);
+  }
+
+ private:
+  int nb() const { return x_.m.num_blocs.nb(); }
+  Bloc& bloc(int b) { return au(blocs_, b); }
+  void signaler(Code code, int b, const std::string& quoi, const std::string& champ = "Volumes") {
+    x_.signaler(code, fic_blck, b, quoi, champ);
+    bloc(b).dit = true;
+  }
+
+  void mesurer_bloc(int b) {
+    Bloc& k = bloc(b);
+    k.lues = donnees(*au(x_.blocs, b));
+    k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
+    if (x_.liens_perdus || !x_.lus({fic_blck, fic_face, fic_edge, fic_vrtx}) ||
+        x_.est_douteux(fic_blck, b) || !x_.m.coins(b, k.coins))
+      return;
+    Hexaedre h;
+    double taille = 0, plus_court = std::numeric_limits<double>::infinity();
+    for (std::size_t c = 0; c < h.size(); ++c) {
+      if (x_.est_douteux(fic_vrtx, k.coins[c])) return;
+      h[c] = au(x_.m.places, k.coins[c]);
+      for (const double v : h[c]) taille = std::max(taille, std::abs(v));
+      for (std::size_t d = 0; d < c; ++d)
+        if (k.coins[c] != k.coins[d]) plus_court = std::min(plus_court, distance(h[c], h[d]));
+    }
+    const Mesures mesures = mesurer(h);
+    k.calculees = {mesures.exact, mesures.mor, mesures.moyen, mesures.nsmb, mesures.erikson};
+    k.coins_surs = std::ranges::all_of(k.calculees, [](double v) { return std::isfinite(v); });
+    if (!k.coins_surs) k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
+    k.tolerance = precision + precision_places * taille / plus_court;
+  }
+
+  /// Most of the volumes are not those of these corners: each by far, and some by very far.
+  bool positions_d_ailleurs() {
+    std::size_t juges = 0, loin = 0, tres_loin = 0, gauches = 0;
+    for (const Bloc& k : blocs_) {
+      if (!k.coins_surs || !(k.lues[i_exact] > 0)) continue;
+      ++juges;
+      gauches += k.gauche();
+      loin += !(k.rapport() < facteur_moyen && k.rapport() > 1 / facteur_moyen);
+      tres_loin += k.loin() || k.a_l_envers();
+    }
+    if (gauches > 1 && gauches == juges) {
+      x_.signaler(Code::bloc_gauche, fic_vrtx, "tous les blocs tournent a gauche, cas en miroir");
+      for (Bloc& k : blocs_) k.coins_surs = false;
+      return true;
+    }
+    if (loin < 2 || loin * 2 <= juges || tres_loin * 8 <= juges) return false;
+    x_.signaler(Code::positions_d_un_autre_cas, fic_vrtx,
+                "les positions ne sont pas celles de ces blocs : Exact de " + std::to_string(loin) +
+                    " blocs sur " + std::to_string(juges) + " est loin du volume de leurs sommets");
+    for (Bloc& k : blocs_) k.coins_surs = false;
+    return true;
+  }
+
+  /// Where the values of (nearly) all blocks can be had from their corners, the others are odd.
+  void recalculer() {
+    std::vector<int> autres;
+    std::size_t juges = 0;
+    for (int b = 0; b < nb(); ++b) {
+      Bloc& k = bloc(b);
+      if (!k.coins_surs || k.gauche()) continue;
+      ++juges;
+      for (std::size_t i = 0; i < nb_valeurs; ++i) k.differe = k.differe || k.ecarte(i);
+      if (k.differe) autres.push_back(b);
+    }
+    if (autres.empty() || juges < 2 || sommet_deplace(autres, juges)) return;
+    if (autres.size() > std::max<std::size_t>(1, juges / 10))
+      for (const int b : autres) bloc(b).differe = false;  // they are curved
+  }
+
+  /// All the blocks of a vertex, and they alone, differ in their volume.
+  bool sommet_deplace(const std::vector<int>& autres, std::size_t juges) {
+    if (autres.size() == juges || autres.size() > 8) return false;
+    for (const int b : autres)
+      if (!bloc(b).ecarte(i_exact) && !bloc(b).ecarte(1)) return false;
+    std::vector<int> candidats;
+    for (const int v : bloc(autres[0]).coins)
+      if (std::ranges::all_of(autres, [&](int b) { return contient(bloc(b).coins, v); }))
+        candidats.push_back(v);
+    std::ranges::sort(candidats);
+    candidats.erase(std::unique(candidats.begin(), candidats.end()), candidats.end());
+    std::erase_if(candidats, [&](int v) {
+      return std::ranges::any_of(blocs_, [&](const Bloc& k) {
+        return k.coins_surs && !k.differe && contient(k.coins, v);
+      });
+    });
+    if (candidats.empty() || (autres.size() == 1 && !plusieurs_valeurs(autres[0]))) return false;
+    std::string dit = "les volumes de ses " + std::to_string(autres.size()) +
+                      " bloc(s) ne se recalculent pas, ceux des autres si";
+    const int premier = candidats[0];
+    if (candidats.size() > 1) {
+      candidats.erase(candidats.begin());
+      for (int& v : candidats) v = x_.numero(fic_vrtx, v);
+      dit += " (ou vertex " + enumerer(candidats) + ")";
+    }
+    x_.signaler(Code::sommet_deplace, fic_vrtx, premier, dit);
+    for (const int b : autres) bloc(b) = Bloc{bloc(b).lues, {}, 0, {}, false, true, false};
+    return true;
+  }
+
+  /// A vertex changes them all, a slip in the file of the blocks one.
+  bool plusieurs_valeurs(int b) {
+    int nb = 0;
+    for (std::size_t i = 0; i < i_erikson; ++i) nb += bloc(b).ecarte(i);
+    return nb > 2;
+  }
+
+  void valeurs(int b) {
+    Bloc& k = bloc(b);
+    std::string grands, negatifs;
+    const auto citer = [&](std::string& liste, std::size_t i) {
+      liste += (liste.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]);
+    };
+    for (std::size_t i = 0; i < nb_valeurs; ++i) {
+      if (std::abs(k.lues[i]) > grand)
+        citer(grands, i);
+      else if (i != i_erikson && k.lues[i] <= 0)
+        citer(negatifs, i);
+    }
+    if (!grands.empty()) return signaler(Code::nombre_trop_grand, b, grands + " au-dela de 1e150");
+    if (k.gauche())
+      return signaler(
+          Code::bloc_gauche, b,
+          "ses axes tournent a gauche : volume de ses sommets " + nombre(k.calculees[i_exact]),
+          "Faces");
+    if (!negatifs.empty()) signaler(Code::volume_negatif, b, "volume nul ou negatif : " + negatifs);
+    if (k.lues[i_erikson] < -hors_erikson || k.lues[i_erikson] > 1 + hors_erikson)
+      signaler(Code::erikson_hors, b, "Erikson " + nombre(k.lues[i_erikson]) + " hors de 0 a 1",
+               "Erikson");
+    if (!k.dit) rapports(b);
+  }
+
+  void rapports(int b) {
+    const Bloc& k = bloc(b);
+    if (k.loin())
+      return signaler(Code::exact_loin, b,
+                      "Exact " + nombre(k.lues[i_exact]) + ", ses huit sommets donnent " +
+                          nombre(k.calculees[i_exact]));
+    std::string loin;
+    for (std::size_t i = 1; i < i_erikson; ++i) {
+      const double r = k.lues[i] / k.lues[i_exact];
+      if (r >= facteur_estimation || r <= 1 / facteur_estimation)
+        loin += (loin.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]);
+    }
+    if (!loin.empty())
+      signaler(Code::estimation_loin, b, loin + " loin de Exact " + nombre(k.lues[i_exact]));
+  }
+
+  void isolees(int b) {
+    const Bloc& k = bloc(b);
+    if (!k.differe || k.dit) return;
+    std::string dit;
+    for (std::size_t i = 0; i < nb_valeurs; ++i)
+      if (k.ecarte(i))
+        dit += (dit.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]) +
+               " au lieu de " + nombre(k.calculees[i]);
+    signaler(Code::valeur_isolee, b, dit + " d'apres ses huit sommets");
+  }
+
+  Examen& x_;
+  std::vector<Bloc> blocs_;
+};
+
+}  // namespace
+
+void regle_volumes(Examen& x) {
+  Volumes(x).examiner();
+}
+
+}  // namespace topomine

@@ -1,0 +1,188 @@
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "verifie/examen.h"
+
+namespace topomine {
+
+namespace {
+
+/// Numbers that the file next to `de` lacks, with the entities that name them.
+struct Citant {
+  int rang, place;
+};
+using Manquants = std::map<int, std::vector<Citant>>;
+
+/// So many of the numbers are missing that the two files do not belong together.
+bool etrangers(std::size_t manquants, std::size_t cibles) {
+  return manquants > 3 && manquants * 10 > cibles;
+}
+
+void dire_manquants(Examen& x, Fichier de, const Manquants& manquants) {
+  const auto vers = static_cast<Fichier>(de + 1);
+  // An entity whose own number was lost is one of those that are missed.
+  if (manquants.size() <= static_cast<std::size_t>(x.r.perdus[vers])) return;
+  const std::string quoi = sorte(vers);
+  if (etrangers(manquants.size(), static_cast<std::size_t>(x.rangs(vers).nb()))) {
+    x.liens_perdus = true;
+    x.signaler(Code::liens_d_un_autre_cas, de,
+               std::to_string(manquants.size()) + " numeros de " + quoi + " n'existent pas dans " +
+                   x.r.noms[vers]);
+    return;
+  }
+  for (const auto& [numero, citants] : manquants) {
+    std::string dit = quoi + ' ' + std::to_string(numero) + " n'existe pas";
+    std::vector<int> autres;
+    const Citant& premier = citants.front();
+    for (const Citant& c : citants)
+      if (c.rang != premier.rang) autres.push_back(x.numero(de, c.rang));
+    autres.erase(std::unique(autres.begin(), autres.end()), autres.end());
+    if (!autres.empty())
+      dit += std::string(", nommee aussi par ") + sorte(de) + ' ' + enumerer(autres);
+    const std::string place = std::to_string(premier.place + 1);
+    x.signaler(Code::reference_absente, de, premier.rang, dit,
+               de == fic_blck       ? "Faces/Face/" + place
+               : de == fic_face     ? "Edge/" + place
+               : premier.place == 0 ? "Vertices/rmin"
+                                    : "Vertices/rmax");
+  }
+}
+
+/// The slots of the entities of file `de`, as ranks of the next one.
+template <std::size_t N, class Entites, class Lire>
+void relier(Examen& x, Fichier de, Liens<N>& cases, const Entites& entites, Lire lire) {
+  const auto vers = static_cast<Fichier>(de + 1);
+  const bool lus = x.lus({de, vers});
+  Manquants manquants;
+  cases.resize(entites.size());
+  for (std::size_t i = 0; i < entites.size(); ++i) {
+    const int rang = static_cast<int>(i);
+    const bool illisible = x.r.illisible(de, x.numero(de, rang), partie_liens);
+    for (std::size_t s = 0; s < N; ++s) {
+      const int numero = lire(*entites[i], static_cast<int>(s));
+      int& la = cases[i][s];
+      la = numero > 0 ? x.rangs(vers).rang(numero) : illisible || de == fic_edge ? inconnu : vide;
+      if (numero > 0 && la == inconnu && lus)
+        manquants[numero].push_back({rang, static_cast<int>(s)});
+      if (la >= 0 && x.r.disputes[vers].contains(numero)) la = inconnu;
+    }
+  }
+  if (lus) dire_manquants(x, de, manquants);
+}
+
+}  // namespace
+
+void regle_references(Examen& x) {
+  relier(x, fic_blck, x.m.blocs, x.blocs, [](const Block& b, int i) { return b._face(i); });
+  relier(x, fic_face, x.m.faces, x.faces, [](const Face& f, int i) { return f._edge(i); });
+  relier(x, fic_edge, x.m.edges, x.edges, [](const Edge& e, int i) { return e._vrtx(i); });
+}
+
+namespace {
+
+template <std::size_t N>
+void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* quoi,
+                    const std::vector<char>& excuses) {
+  const auto vers = static_cast<Fichier>(de + 1);
+  if (!x.lus({de, vers}) || x.r.perdus[de] > 0) return;
+  std::vector<char> cites(static_cast<std::size_t>(x.rangs(vers).nb()), 0);
+  std::size_t trous = 0;
+  for (const auto& places : cases)
+    for (const int la : places) {
+      if (la >= 0) au(cites, la) = 1;
+      trous += la == inconnu;
+    }
+  std::vector<int> orphelins;
+  for (int v = 0; v < x.rangs(vers).nb(); ++v)
+    if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) &&
+        !x.r.disputes[vers].contains(x.numero(vers, v)))
+      orphelins.push_back(v);
+  // A slot that could not be read may be the one that names it.
+  if (orphelins.size() <= trous) return;
+  for (const int v : orphelins) x.signaler(Code::orphelin, vers, v, quoi);
+}
+
+/// Faces that lack a block: on none, or on one and without the code of a boundary.
+std::vector<int> faces_ouvertes(const Examen& x) {
+  std::vector<int> ouvertes;
+  for (int f = 0; f < x.m.num_faces.nb(); ++f) {
+    const std::size_t nb = x.m.blocs_de_face[f].size();
+    if (nb == 0 || (nb == 1 && au(x.faces, f)->nb_BC() == 0)) ouvertes.push_back(f);
+  }
+  return ouvertes;
+}
+
+/// Five or six open faces that close on themselves are the outside of a block that is missing.
+/// Their component, marked in `vues`; empty when they do not.
+std::vector<int> coque(const Examen& x, int premiere, const std::vector<char>& ouverte,
+                       std::vector<char>& vues) {
+  std::vector<int> faces{premiere};
+  au(vues, premiere) = 1;
+  bool fermee = true;
+  for (std::size_t i = 0; i < faces.size(); ++i)
+    for (const int e : au(x.m.faces, faces[i])) {
+      if (e < 0) continue;
+      int nb = 0;
+      for (const int g : x.m.faces_d_edge[e]) {
+        if (!au(ouverte, g)) continue;
+        ++nb;
+        if (!au(vues, g)) {
+          au(vues, g) = 1;
+          faces.push_back(g);
+        }
+      }
+      fermee = fermee && nb == 2;
+    }
+  constexpr std::size_t moins = 5;
+  if (!fermee || faces.size() < moins || faces.size() > nb_faces_bloc) faces.clear();
+  return faces;
+}
+
+/// The one number that the blocks skip, and the line where it should be.
+struct Trou {
+  std::string dit;
+  int ligne = 1;
+};
+
+Trou trou_de_numeros(const Examen& x) {
+  const Rangs& blocs = x.m.num_blocs;
+  for (int b = 1; b < blocs.nb(); ++b)
+    if (blocs.numero(b) == blocs.numero(b - 1) + 2)
+      return {", sans doute le " + std::to_string(blocs.numero(b) - 1),
+              x.r.ligne(fic_blck, blocs.numero(b))};
+  return {};
+}
+
+}  // namespace
+
+void regle_comptes(Examen& x) {
+  if (x.liens_perdus) return;
+  std::vector<char> excuses(x.faces.size(), 0);
+  if (x.lus({fic_blck, fic_face, fic_edge}) && x.r.perdus[fic_blck] == 0) {
+    std::vector<char> ouverte(x.faces.size(), 0), vues(x.faces.size(), 0);
+    const std::vector<int> ouvertes = faces_ouvertes(x);
+    for (const int f : ouvertes) au(ouverte, f) = 1;
+    for (const int f : ouvertes) {
+      if (au(vues, f)) continue;
+      std::vector<int> faces = coque(x, f, ouverte, vues);
+      if (faces.empty()) continue;
+      std::ranges::sort(faces);
+      for (int& g : faces) {
+        au(excuses, g) = 1;
+        x.douter(fic_face, g);
+        g = x.numero(fic_face, g);
+      }
+      const Trou trou = trou_de_numeros(x);
+      x.signaler(Code::bloc_manquant, fic_blck,
+                 "un bloc manque entre les faces " + enumerer(faces) + trou.dit, trou.ligne);
+    }
+  }
+  dire_orphelins(x, fic_blck, x.m.blocs, "sur aucun bloc", excuses);
+  dire_orphelins(x, fic_face, x.m.faces, "sur aucune face", {});
+  dire_orphelins(x, fic_edge, x.m.edges, "sur aucune edge", {});
+}
+
+}  // namespace topomine

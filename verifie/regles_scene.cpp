@@ -1,0 +1,83 @@
+#include <map>
+#include <set>
+#include <string>
+
+#include "verifie/examen.h"
+
+namespace topomine {
+
+namespace {
+
+constexpr int bccode_paroi = 1;
+
+/// Families of the codes that faces or edges bear.
+struct Vues {
+  std::set<std::string> toutes;
+  std::map<std::string, int> parois;  // with a face that bears it
+};
+
+Vues familles_vues(const Examen& x) {
+  std::set<int> codes;
+  std::map<int, int> de_face;
+  for (std::size_t f = 0; f < x.faces.size(); ++f)
+    for (int i = 0; i < x.faces[f]->nb_BC(); ++i) {
+      codes.insert(x.faces[f]->_BC(i));
+      if (!x.est_douteux(fic_face, static_cast<int>(f)))
+        de_face.try_emplace(x.faces[f]->_BC(i), static_cast<int>(f));
+    }
+  for (const Edge* e : x.edges)
+    for (int i = 0; i < e->nb_BC(); ++i) codes.insert(e->_BC(i));
+  Vues vues;
+  for (const int code : codes) {
+    const auto l = x.config.codes.find(code);
+    if (l == x.config.codes.end()) continue;
+    vues.toutes.insert(l->second.famille);
+    if (const auto f = de_face.find(code); f != de_face.end() && l->second.bccode == bccode_paroi)
+      vues.parois.try_emplace(l->second.famille, f->second);
+  }
+  return vues;
+}
+
+std::string entre_apostrophes(const std::string& texte) {
+  return "'" + texte + "'";
+}
+
+}  // namespace
+
+void regle_pieces(Examen& x) {
+  if (!x.config.lue || !x.lus({fic_def})) return;
+  std::set<std::string> connues;
+  for (const auto& [code, l] : x.config.codes) connues.insert(l.famille);
+  const bool maille = x.lus({fic_blck, fic_face, fic_edge});
+  const Vues vues = maille ? familles_vues(x) : Vues{};
+  const auto& pieces = x.r.base.pieces;
+  bool une_vue = !maille || pieces.empty() || vues.parois.empty();
+  for (const auto& [famille, piece] : pieces) une_vue = une_vue || vues.toutes.contains(famille);
+  if (!une_vue) {
+    x.signaler(Code::scene_d_un_autre_cas, fic_def, "aucun bloc ne voit une piece de cette scene");
+    return;
+  }
+  bool une_inconnue = false;
+  for (const auto& [famille, piece] : pieces) {
+    const auto dire = [&](Code code, const std::string& quoi) {
+      x.r.signaler(code, fic_def, x.r.lignes_pieces[famille], "piece", piece._nom(),
+                   "famille " + entre_apostrophes(famille) + quoi);
+    };
+    const bool c = piece._topology() == 'C';
+    if (!connues.contains(famille)) {
+      une_inconnue = true;
+      dire(c ? Code::famille_c_inconnue : Code::famille_inconnue,
+           " qu'aucun code de climite.cfg ne porte");
+    } else if (c && maille && !vues.toutes.contains(famille)) {
+      une_inconnue = true;
+      dire(Code::famille_c_non_vue, " d'une piece en C qu'aucun bloc ne voit");
+    }
+  }
+  if (une_inconnue || x.r.perdus[fic_def] > 0) return;  // a wall without its piece follows from it
+  for (const auto& [famille, f] : vues.parois)
+    if (!pieces.contains(famille))
+      x.signaler(Code::paroi_sans_piece, fic_face, f,
+                 "paroi de famille " + entre_apostrophes(famille) + " que la scene ne nomme pas");
+}
+
+}  // namespace topomine
