@@ -1,6 +1,8 @@
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,12 +20,13 @@ namespace {
 
 using Rangee = std::map<std::string, std::string>;
 
-enum class Fin { lue, entete_incomplete, ligne_fautive };
+enum class Fin { lue, entete_incomplete, ligne_fautive, demesure };
 
 /// The reading in its slow and literal form: stream, getline, positions.
 struct ModeleClimite {
   std::vector<std::string> colonnes;
   std::map<int, Rangee> table;
+  std::int64_t octets = 0;  // of the rows, each with all its columns
 
   static bool couper(const std::string& ligne, std::vector<std::string>& champs) {
     champs.clear();
@@ -57,6 +60,8 @@ struct ModeleClimite {
       if (flux.eof()) break;
       if (!couper(ligne, champs) || champs.size() > colonnes.size()) return Fin::ligne_fautive;
       for (std::size_t n = 0; n < champs.size(); ++n) rangee[colonnes[n]] = champs[n];
+      for (const std::string& nom : colonnes)
+        octets += static_cast<std::int64_t>(100 + nom.size() + rangee[nom].size());
       table[nombres.entier(rangee["Damas code"])] = rangee;
     }
     return Fin::lue;
@@ -88,10 +93,17 @@ void cible_climite(std::string_view entree) {
   Fin fin = Fin::lue;
   try {
     if (!parcourir_climite(entree, journal)) fin = Fin::entete_incomplete;
+  } catch (const std::length_error&) {
+    fin = Fin::demesure;
   } catch (const std::exception&) {
     fin = Fin::ligne_fautive;
   }
   ModeleClimite modele;
+  if (fin == Fin::demesure) {
+    modele.lire(entree);
+    PROMET(modele.octets > configuration_max);
+    return comparer_releve(entree, fin);
+  }
   PROMET(modele.lire(entree) == fin);
   PROMET(modele.colonnes == Base::list_attr);
   PROMET(modele.table == Base::list_CLim);
