@@ -18,9 +18,17 @@ namespace {
 constexpr int echec = 2;
 
 /// Every command, in the order of the help.
-constexpr std::array<AjouterCommande, 8> commandes{
-    ajouter_table,  ajouter_partage,    ajouter_faux, ajouter_attributs,
-    ajouter_resume, ajouter_covariance, ajouter_voir, ajouter_verifie};
+constexpr auto commandes = std::to_array<AjouterCommande>({
+    ajouter_table,
+    ajouter_partage,
+    ajouter_faux,
+    ajouter_attributs,
+    ajouter_resume,
+    ajouter_covariance,
+    ajouter_voir,
+    ajouter_exporte,
+    ajouter_verifie,
+});
 
 void franciser(CLI::App& app) {
   app.set_help_flag("-h,--help", "Affiche cette aide");

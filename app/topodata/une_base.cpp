@@ -1,0 +1,36 @@
+#include "app/topodata/une_base.h"
+
+#include <CLI/CLI.hpp>
+#include <new>
+
+namespace topomine {
+
+void options_une_base(CLI::App& commande, UneBase& choix) {
+  options_cible(commande, choix.cible, false);
+  commande.add_option("BASE", choix.nom, "Nom de la base")->required();
+}
+
+Base charger_une_base(UneBase& choix, Progres& progres) {
+  choix.cible.bases = choix.nom;
+  if (choix.cible.noms() != std::vector{choix.nom})
+    throw Erreur("base inconnue : '" + choix.nom + "'");
+  controler(choix.cible);
+  Base base(choix.nom, choix.cible.chemin, choix.cible.mode);
+  charger_base(base, progres);
+  return base;
+}
+
+BaseBuffer table_de(Base& base) {
+  BaseBuffer table("topology");
+  table.add_base(base);
+  if (table._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  return table;
+}
+
+std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut) {
+  const int colonne = table.num_attr(attribut);
+  if (colonne < 0) throw Erreur("attribut inconnu : '" + attribut + "'");
+  return static_cast<std::size_t>(colonne);
+}
+
+}  // namespace topomine

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "app/topodata/construction.h"
+#include "base/base.h"
+
+namespace topomine {
+
+/// What a command that reads a single base is given.
+struct UneBase {
+  Cible cible;
+  std::string nom;
+};
+
+/// Adds CHEMIN, MODE and BASE.
+void options_une_base(CLI::App& commande, UneBase& choix);
+/// The base, loaded; throws Erreur when it is unknown or does not load.
+Base charger_une_base(UneBase& choix, Progres& progres);
+
+/// The table of one base, a row per block in ascending number.
+BaseBuffer table_de(Base& base);
+/// Column of an attribute; throws Erreur for an unknown one.
+std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut);
+
+}  // namespace topomine

@@ -1,0 +1,249 @@
+#include "vtk/maille.h"
+
+#include <algorithm>
+#include <map>
+#include <new>
+#include <set>
+#include <span>
+#include <unordered_map>
+
+#include "base/limites.h"
+#include "dataset/basebuffer.h"
+#include "dataset/schema.h"
+#include "texte/nombres.h"
+
+namespace topomine {
+
+namespace {
+
+/// "2 bloc(s) sans coins : 3, 7", for the first few.
+std::string dire(const std::string& quoi, const std::vector<int>& numeros) {
+  constexpr std::size_t cites = 5;
+  std::string texte = std::to_string(numeros.size()) + ' ' + quoi + " :";
+  for (std::size_t i = 0; i < std::min(cites, numeros.size()); ++i)
+    texte += (i > 0 ? ", " : " ") + std::to_string(numeros[i]);
+  return texte + (numeros.size() > cites ? ", ..." : "");
+}
+
+/// A grid under way: cells over vertex numbers.
+class Construction {
+ public:
+  explicit Construction(const Base& base) : base_(base) {
+    grille.titre = base.nom + ' ' + base.type;
+  }
+
+  void ajouter(TypeCellule type, std::span<const int> vertices) {
+    Cellule& c = grille.cellules.emplace_back(Cellule{type, vertices.size(), {}});
+    for (std::size_t i = 0; i < vertices.size(); ++i) c.points[i] = rang(vertices[i]);
+  }
+
+  /// Appends a column and says where its values go.
+  template <class T>
+  std::vector<T>& colonne(const std::string& nom) {
+    return std::get<std::vector<T>>(
+        grille.donnees.emplace_back(Donnee{nom, std::vector<T>()}).valeurs);
+  }
+
+  Grille grille;
+
+ private:
+  std::size_t rang(int vertex) {
+    const auto [place, nouveau] = rangs_.try_emplace(vertex, grille.points.size());
+    if (nouveau) {
+      grille.points.push_back(position(base_, vertex));
+      grille.vertices.push_back(vertex);
+    }
+    return place->second;
+  }
+
+  const Base& base_;
+  std::unordered_map<int, std::size_t> rangs_;
+};
+
+/// Column `attribut` of the rows; false when one of its values is no number.
+bool colonne_numerique(const BaseBuffer& table, const std::vector<std::size_t>& lignes,
+                       std::size_t attribut, std::vector<double>& valeurs) {
+  FluxNombres nombres;
+  for (const std::size_t l : lignes) {
+    const std::string& texte = table._expl[l].at(attribut);
+    if (!est_un_reel(texte)) return false;
+    valeurs.push_back(nombres.reel(texte));
+  }
+  return true;
+}
+
+/// The attributes that are numbers, or whole numbers by another name.
+void ajouter_attributs(Construction& c, Base& base, const std::vector<std::size_t>& lignes) {
+  BaseBuffer table("topology");
+  table.add_base(base);
+  if (table._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  for (std::size_t a = 0; a < table._attr.size(); ++a) {
+    const auto& [nom, type] = table._attr[a];
+    const bool entier = a == col_ident || a == col_type || a == col_TypeC;
+    if (!entier && type != "numeric") continue;
+    std::vector<double> valeurs;
+    if (!colonne_numerique(table, lignes, a, valeurs))
+      c.grille.manques.push_back("attribut " + nom +
+                                 " laisse de cote : une valeur n'est pas finie");
+    else if (entier)
+      c.colonne<int>(nom).assign(valeurs.begin(), valeurs.end());
+    else
+      c.grille.donnees.push_back({nom, std::move(valeurs)});
+  }
+}
+
+/// The boundary columns of faces and edges.
+class Bords {
+ public:
+  explicit Bords(const Base& base) : base_(base) {}
+
+  template <class Entite>
+  void ajouter(const Entite& entite) {
+    codes_.emplace_back();
+    for (int i = 0; i < entite.nb_BC(); ++i) codes_.back().push_back(entite._BC(i));
+    for (const int code : codes_.back())
+      if (!limites_.contains(code)) limites_.emplace(code, limite(base_, code));
+  }
+
+  void ecrire(Construction& c) const {
+    std::size_t plus = 1;
+    auto& nb = c.colonne<int>("nb_codes");
+    for (const auto& codes : codes_) {
+      nb.push_back(static_cast<int>(codes.size()));
+      plus = std::max(plus, codes.size());
+    }
+    if (plus > codes_max) {
+      plus = codes_max;
+      c.grille.manques.push_back("plus de " + std::to_string(codes_max) +
+                                 " codes sur un meme bord : les suivants sont laisses de cote");
+    }
+    for (std::size_t n = 0; n < plus; ++n) {
+      const std::string suite = n == 0 ? "" : "_" + std::to_string(n + 1);
+      auto& code = c.colonne<int>("code" + suite);
+      for (const auto& codes : codes_) code.push_back(n < codes.size() ? codes[n] : 0);
+      auto& bccode = c.colonne<int>("BCCODE" + suite);
+      for (const auto& codes : codes_)
+        bccode.push_back(n < codes.size() ? limites_.at(codes[n]).bccode : 0);
+    }
+    ecrire_familles(c);
+  }
+
+ private:
+  void ecrire_familles(Construction& c) const {
+    std::set<std::string> noms;
+    for (const auto& [code, limite] : limites_)
+      if (!limite.famille.empty()) noms.insert(limite.famille);
+    const auto rang = [&](int code) {
+      const auto place = noms.find(limites_.at(code).famille);
+      return place == noms.end() ? 0 : 1 + static_cast<int>(std::distance(noms.begin(), place));
+    };
+    std::map<int, int> rangs;
+    for (const auto& [code, limite] : limites_) rangs[code] = rang(code);
+    auto& famille = c.colonne<int>("famille");
+    for (const auto& codes : codes_) famille.push_back(codes.empty() ? 0 : rangs.at(codes[0]));
+    if (noms.size() > familles_max) {
+      c.grille.manques.push_back("plus de " + std::to_string(familles_max) +
+                                 " familles : pas de colonne pour chacune");
+      return;
+    }
+    int n = 0;
+    for (const std::string& nom : noms) {
+      ++n;
+      auto& est = c.colonne<int>("famille_" + nom);
+      for (const auto& codes : codes_)
+        est.push_back(std::ranges::any_of(codes, [&](int code) { return rangs.at(code) == n; }));
+    }
+  }
+
+  static constexpr std::size_t codes_max = 8, familles_max = 64;
+
+  const Base& base_;
+  std::vector<std::vector<int>> codes_;
+  std::map<int, Limite> limites_;
+};
+
+}  // namespace
+
+Grille grille_blocs(Base& base) {
+  Construction c(base);
+  std::vector<std::size_t> lignes;  // of the table, for the blocks that have their corners
+  std::vector<double> volumes;
+  std::vector<int> sans;
+  std::size_t ligne = 0;
+  for (const auto& [numero, bloc] : base.blocs) {
+    const std::size_t l = ligne++;
+    auto coins = coins_bloc(base, bloc);
+    if (!coins) {
+      sans.push_back(numero);
+      continue;
+    }
+    double v = volume(base, *coins);
+    if (v < 0) {
+      std::swap_ranges(coins->begin(), coins->begin() + 4, coins->begin() + 4);
+      v = -v;
+    }
+    const auto& s = *coins;
+    c.ajouter(cellule_hexaedre, std::array{s[0], s[1], s[3], s[2], s[4], s[5], s[7], s[6]});
+    lignes.push_back(l);
+    volumes.push_back(v);
+  }
+  if (!sans.empty())
+    c.grille.manques.push_back(dire("bloc(s) dont les coins ne se trouvent pas", sans));
+  ajouter_attributs(c, base, lignes);
+  c.colonne<double>("vol_coins") = std::move(volumes);
+  return std::move(c.grille);
+}
+
+Grille grille_bords(const Base& base, bool faces, bool edges) {
+  Construction c(base);
+  Bords bords(base);
+  std::vector<int> ident, sorte, carac, type, bloc_1, bloc_2, sans_faces, sans_edges;
+  const auto ajouter = [&](TypeCellule cellule, std::span<const int> vertices, const auto& entite) {
+    c.ajouter(cellule, vertices);
+    bords.ajouter(entite);
+    ident.push_back(entite._id());
+    sorte.push_back(cellule == cellule_ligne ? 1 : 0);
+    carac.push_back(entite._carac());
+  };
+  if (faces)
+    for (const auto& [numero, face] : base.faces) {
+      const auto coins = coins_face(base, face);
+      if (!coins) {
+        sans_faces.push_back(numero);
+        continue;
+      }
+      ajouter(cellule_quad, *coins, face);
+      type.push_back(face._type());
+      bloc_1.push_back(std::max(face._bloc(0), 0));
+      bloc_2.push_back(std::max(face._bloc(1), 0));
+    }
+  if (edges)
+    for (const auto& [numero, edge] : base.edges) {
+      const auto bouts = bouts_edge(base, numero);
+      if (bouts)
+        ajouter(cellule_ligne, *bouts, edge);
+      else
+        sans_edges.push_back(numero);
+    }
+  if (!sans_faces.empty())
+    c.grille.manques.push_back(dire("face(s) dont les coins ne se trouvent pas", sans_faces));
+  if (!sans_edges.empty())
+    c.grille.manques.push_back(dire("edge(s) dont les bouts ne se trouvent pas", sans_edges));
+  const std::size_t nb = ident.size();
+  const auto donner = [&](const char* nom, std::vector<int>& valeurs) {
+    valeurs.resize(nb);  // what edges do not have is 0
+    c.colonne<int>(nom) = std::move(valeurs);
+  };
+  donner("ident", ident);
+  donner("sorte", sorte);
+  donner("carac", carac);
+  if (faces) {
+    donner("type", type);
+    donner("bloc_1", bloc_1);
+    donner("bloc_2", bloc_2);
+  }
+  bords.ecrire(c);
+  return std::move(c.grille);
+}
+
+}  // namespace topomine
