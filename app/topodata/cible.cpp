@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <iostream>
 #include <string_view>
 
+#include "app/topodata/console.h"
 #include "base/base.h"
 #include "base/configuration.h"
 #include "base/lecture/chargement.h"
@@ -118,8 +118,8 @@ void charger_base(Base& base, Progres& progres) {
   if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
   if (c.avertissements.empty()) return;
   progres.effacer();
-  std::cerr << "topodata : base " << base.nom << " : " << c.avertissements.size()
-            << " avertissement(s) a la lecture ; topodata verifie dit ou\n";
+  dire("base " + base.nom + " : " + std::to_string(c.avertissements.size()) +
+       " avertissement(s) a la lecture ; topodata verifie dit ou");
 }
 
 void pour_chaque_base(const std::vector<Provenance>& liste, const std::string& mode,

@@ -11,6 +11,7 @@
 #include "app/topodata/carte.h"
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 #include "dataset/csv.h"
 #include "dataset/matrice.h"
 
@@ -197,12 +198,12 @@ void ajouter_covariance(CLI::App& app, int&) {
   c->add_flag("--brut", o->brut, "Ne ramene pas les attributs entre 0 et 1 d'abord");
   option_applique_echelle(*c, o->table);
   option_epsilon(*c, o->table);
-  c->add_option("--sommes", o->sommes,
-                "Ecrit les sommes dont la matrice est faite, au lieu du csv sans -o");
+  option_fichier(*c, "--sommes",
+                 "Ecrit les sommes dont la matrice est faite, au lieu du csv sans -o", o->sommes);
   c->add_option("--depuis-sommes", o->depuis,
                 "Au lieu de CHEMIN et MODE : ajoute les sommes de ces fichiers");
-  c->add_option("-o,--sortie", o->fichier, "Fichier csv a ecrire (sinon la sortie standard)");
-  c->add_option("--image", o->image, "Image .png ou .svg a dessiner, au lieu du csv sans -o");
+  option_sortie(*c, o->fichier);
+  option_fichier(*c, "--image", "Image .png ou .svg a dessiner, au lieu du csv sans -o", o->image);
   c->footer(
       "Sans --centree ni --correlation les moyennes ne sont pas retranchees, comme dans "
       "global.cov.\n"

@@ -1,8 +1,9 @@
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 
 #include "app/topodata/commandes.h"
+#include "app/topodata/console.h"
+#include "app/topodata/options.h"
 #include "app/topodata/une_base.h"
 #include "vtk/ecriture.h"
 
@@ -25,7 +26,7 @@ void executer(Options& o) {
   const Grille grille =
       o.faces || o.aretes ? grille_bords(base, o.faces, o.aretes) : grille_blocs(base);
   progres.effacer();
-  for (const std::string& manque : grille.manques) std::cerr << "topodata : " << manque << '\n';
+  for (const std::string& manque : grille.manques) dire(manque);
   if (grille.cellules.empty()) throw Erreur("rien a exporter dans " + base.nom);
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);

@@ -1,7 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
-#include <iostream>
 #include <iterator>
 #include <limits>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <optional>
 
 #include "app/topodata/commandes.h"
+#include "app/topodata/console.h"
 #include "app/topodata/construction.h"
 #include "app/topodata/options.h"
 
@@ -67,10 +67,9 @@ void executer(Options& o) {
       o.nombre ? *o.nombre
                : static_cast<std::ptrdiff_t>(std::min(*o.ratio * static_cast<double>(reels), 1e18));
   if (faits < voulus)
-    std::cerr << "topodata : " << faits << " exemples synthetiques au lieu de " << voulus
-              << (reels == 0
-                      ? " : il n'y a pas d'exemple reel\n"
-                      : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels\n");
+    dire(std::to_string(faits) + " exemples synthetiques au lieu de " + std::to_string(voulus) +
+         (reels == 0 ? " : il n'y a pas d'exemple reel"
+                     : " : cette methode n'en fait pas plus qu'il n'y a d'exemples reels"));
   if (o.seuls) table._expl.erase(table._expl.begin(), table._expl.begin() + reels);
 
   progres.ecriture(o.fichier);
@@ -94,15 +93,15 @@ void ajouter_faux(CLI::App& app, int&) {
              "(tirages independants)",
              methodes, o->methode)
       ->required();
-  auto* par_nombre =
-      c->add_option("--nombre", o->nombre, "Nombre d'exemples synthetiques")->check(entier_naturel);
-  c->add_option("--ratio", o->ratio, "Leur nombre, en part du nombre d'exemples reels")
-      ->check(reel_jusqu_a(std::numeric_limits<double>::max(), "un nombre, 0 ou plus"))
+  auto* par_nombre = option_entier(*c, "--nombre", "Nombre d'exemples synthetiques", o->nombre, 0,
+                                   std::numeric_limits<int>::max());
+  option_reel(*c, "--ratio", "Leur nombre, en part du nombre d'exemples reels", o->ratio,
+              std::numeric_limits<double>::max(), "un nombre, 0 ou plus")
       ->excludes(par_nombre);
-  c->add_option("--graine", o->graine, "Graine des tirages (1 par defaut)");
+  option_entier(*c, "--graine", "Graine des tirages (1 par defaut)", o->graine, 0, graine_max);
   c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");
   options_table(*c, o->table);
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_sortie(*c, o->fichier);
   c->footer(
       "Exemple :\n"
       "  topodata faux cas/ nrm --methode tire --ratio 0.5 --graine 3 -o avec_faux.arff");

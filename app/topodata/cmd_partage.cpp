@@ -29,8 +29,8 @@ void ajouter_partage(CLI::App& app, int&) {
       app.add_subcommand("partage", "Partage la table en deux parties : apprentissage et essai");
   options_cible(*c, o->cible);
   option_avec(*c, o->cible);
-  c->add_option("--ratio", o->ratio, "Part des exemples de la premiere partie, entre 0 et 1")
-      ->check(reel_jusqu_a(1.0, "un nombre de 0 a 1"));
+  option_reel(*c, "--ratio", "Part des exemples de la premiere partie, entre 0 et 1", o->ratio, 1.0,
+              "un nombre de 0 a 1");
   c->add_flag("--par-base", o->par_base,
               "Garde chaque base entiere d'un cote : les blocs d'une base se connaissent, un essai "
               "sur des bases vues trompe");
@@ -40,11 +40,13 @@ void ajouter_partage(CLI::App& app, int&) {
       "--plis", [o](const std::string& texte) { lire_plis(texte, *o); },
       "Au lieu de --ratio : K paires, dont chaque exemple est une fois a l'essai ; bases : une "
       "paire par base, elle seule a l'essai");
-  c->add_option("-o,--sortie", o->prefixe,
-                "Prefixe des fichiers : PREFIXE_1 (apprentissage) et PREFIXE_2 (essai), suivis de "
-                ".arff, .txt ou .csv ; avec --plis, PREFIXE_pli1_1, PREFIXE_pli1_2...")
+  option_fichier(*c, "-o,--sortie",
+                 "Prefixe des fichiers : PREFIXE_1 (apprentissage) et PREFIXE_2 (essai), suivis de "
+                 ".arff, .txt ou .csv ; avec --plis, PREFIXE_pli1_1, PREFIXE_pli1_2...",
+                 o->prefixe)
       ->required();
-  c->add_option("--graine", o->graine, "Graine du melange et des choix (1 par defaut)");
+  option_entier(*c, "--graine", "Graine du melange et des choix (1 par defaut)", o->graine, 0,
+                graine_max);
   c->add_flag("--sans-melange", o->sans_melange, "Garde l'ordre de la table");
   options_table(*c, o->table);
   c->footer(

@@ -8,6 +8,7 @@
 #include "app/topodata/colonnes.h"
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 #include "base/base.h"
 #include "dataset/arff.h"
 #include "dataset/csv.h"
@@ -157,7 +158,7 @@ void ajouter_resume(CLI::App& app, int&) {
   options_attributs(*c, o->table);
   c->add_flag("--csv", o->csv, "Une seule table CSV, pour un programme");
   c->add_flag("--crlf", o->table.crlf, "Termine les lignes du csv par CR LF (RFC 4180)");
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_sortie(*c, o->fichier);
   c->footer(
       "q1, mediane, q3 : un quart, la moitie, trois quarts des exemples sont au-dessous (entre "
       "deux\n"

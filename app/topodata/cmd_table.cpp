@@ -5,6 +5,7 @@
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 
 namespace topomine {
 
@@ -76,8 +77,8 @@ void ajouter_table(CLI::App& app, int&) {
   option_avec(*c, o->cible);
   options_table(*c, o->table);
   c->add_flag("--melange", o->melange, "Melange les exemples");
-  c->add_option("--graine", o->graine, "Graine du melange (1 par defaut)");
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_entier(*c, "--graine", "Graine du melange (1 par defaut)", o->graine, 0, graine_max);
+  option_sortie(*c, o->fichier);
   c->footer(
       "Sans --classe, weka et torch terminent chaque exemple par Classe, meme cachee ; csv "
       "n'ecrit\n"

@@ -184,7 +184,7 @@ void ajouter_verifie(CLI::App& app, int& statut) {
   c->add_flag("--tout", o->choix.tout, "Tous les constats, sans les grouper");
   option_mot(*c, "--format", "texte (par defaut) ou json, un objet par constat",
              {{"texte", false}, {"json", true}}, o->json);
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_sortie(*c, o->fichier);
   c->footer(
       "Une ligne par constat : fichier:ligne: sorte numero: quoi; que faire [gravite] [code]\n"
       "Code de retour : 0 rien ou des avis, 1 des avertissements, 2 des erreurs.\n"

@@ -2,12 +2,14 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string_view>
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
+#include "app/topodata/options.h"
 #include "base/base.h"
 #include "mesh/numbering.h"
 
@@ -155,10 +157,15 @@ void ajouter_voir(CLI::App& app, int&) {
   c->add_option("BASE", o->base, "Nom de la base")->required();
   c->add_option("--sorte", o->sorte, "Une seule sorte d'element")
       ->check(CLI::IsMember(std::vector<std::string>(sortes.begin(), sortes.end())));
-  c->add_option("--element", o->element,
-                "Un seul element : son numero, ou son rang pour une piece ou un raccord");
-  c->add_option("--voisins", o->voisins, "Les blocs voisins de ce bloc, face par face");
-  c->add_option("--coins", o->coins, "Les sommets des huit coins de ce bloc");
+  const auto option_numero = [&](const char* nom, const char* description, auto& valeur) {
+    using Limites = std::numeric_limits<int>;
+    option_entier(*c, nom, description, valeur, Limites::min(), Limites::max());
+  };
+  option_numero("--element",
+                "Un seul element : son numero, ou son rang pour une piece ou un raccord",
+                o->element);
+  option_numero("--voisins", "Les blocs voisins de ce bloc, face par face", o->voisins);
+  option_numero("--coins", "Les sommets des huit coins de ce bloc", o->coins);
   c->footer(
       "Exemple :\n"
       "  topodata voir cas/ nrm mesh_case_2 --sorte bloc --element 3 --voisins 3");

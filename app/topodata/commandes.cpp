@@ -6,9 +6,12 @@
 #include <exception>
 #include <iostream>
 #include <new>
+#include <sstream>
 #include <string>
 
+#include "app/topodata/console.h"
 #include "app/topodata/sortie.h"
+#include "app/topodata/usage.h"
 #include "topomine/version.h"
 
 namespace topomine {
@@ -30,24 +33,21 @@ constexpr auto commandes = std::to_array<AjouterCommande>({
     ajouter_verifie,
 });
 
-void franciser(CLI::App& app) {
-  app.set_help_flag("-h,--help", "Affiche cette aide");
-  auto& mots = *app.get_formatter();
-  for (const auto& [mot, traduit] : {std::pair{"Usage", "Usage"},
-                                     {"Positionals", "Arguments"},
-                                     {"Options", "Options"},
-                                     {"OPTIONS", "OPTIONS"},
-                                     {"Subcommands", "Commandes"},
-                                     {"SUBCOMMAND", "COMMANDE"},
-                                     {"SUBCOMMANDS", "COMMANDES"},
-                                     {"REQUIRED", "OBLIGATOIRE"},
-                                     {"Excludes", "Exclut"},
-                                     {"Needs", "Demande"},
-                                     {"TEXT", "TEXTE"},
-                                     {"FLOAT", "REEL"},
-                                     {"INT", "ENTIER"},
-                                     {"UINT", "ENTIER"}})
-    mots.label(mot, traduit);
+/// What a command line that is not understood ends with; the answer of --help and --version.
+int finir(const CLI::App& app, const CLI::ParseError& e) {
+  if (e.get_exit_code() != 0) {
+    const auto nommees = app.get_subcommands();
+    dire(en_francais(app, e));
+    std::cerr << "topodata " << (nommees.empty() ? "" : nommees[0]->get_name() + " ")
+              << "--help dit comment ecrire cette commande\n";
+    return e.get_exit_code();
+  }
+  std::ostringstream texte;
+  app.exit(e, texte);
+  Sortie sortie("");
+  sortie.flux() << texte.str();
+  sortie.conclure();
+  return 0;
 }
 
 int executer(int argc, char** argv) {
@@ -68,7 +68,7 @@ int executer(int argc, char** argv) {
                              CLI::ExitCodes::ExtrasError);
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    return app.exit(e);
+    return finir(app, e);
   }
   return statut;
 }
@@ -79,11 +79,11 @@ int executer_topodata(int argc, char** argv) {
   try {
     return executer(argc, argv);
   } catch (const Erreur& e) {
-    std::cerr << "topodata : " << e.what() << std::endl;
+    dire(e.what());
   } catch (const std::bad_alloc&) {
-    std::cerr << "topodata : memoire insuffisante" << std::endl;
+    dire("memoire insuffisante");
   } catch (const std::exception& e) {
-    std::cerr << "topodata : " << e.what() << std::endl;
+    dire(e.what());
   }
   return echec;
 }

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "app/topodata/attributs.h"
+#include "app/topodata/console.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
 #include "dataset/arff.h"
@@ -180,8 +181,7 @@ void Atelier::choisir_classe() {
   if (cadre_.nb_attr_aff() == 0) throw Erreur("il ne reste aucun attribut pour predire " + classe);
   cadre_.unhide_attr(classe);
   cadre_._num_classe = cadre_.num_attr(classe);
-  if (!dit.empty())
-    std::cerr << "topodata : --classe " << classe << " laisse de cote " << dit << '\n';
+  if (!dit.empty()) dire("--classe " + classe + " laisse de cote " + dit);
 }
 
 void Atelier::controler_noms() const {
@@ -248,8 +248,7 @@ void Atelier::cacher_constantes(const BaseBuffer& exemples) {
     if (cadre_._aff.at(cadre_.nom_attr(col))) cadre_._num_classe = col;
   if (cadre_.nb_attr_aff() == (options_.classe ? 1 : 0))
     throw Erreur("--sans-constantes : tous les attributs sont constants, il n'en reste aucun");
-  if (!caches.empty())
-    std::cerr << "topodata : --sans-constantes laisse de cote " << enumerer(caches) << '\n';
+  if (!caches.empty()) dire("--sans-constantes laisse de cote " + enumerer(caches));
 }
 
 BaseBuffer Atelier::habiller(BaseBuffer& exemples) const {

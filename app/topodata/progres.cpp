@@ -51,7 +51,7 @@ void Progres::effacer() {
 }
 
 void Progres::ecriture(const std::string& fichier) {
-  if (fichier.empty())
+  if (fichier.empty() || fichier == "-")
     effacer();
   else
     etape("ecriture de " + fichier);

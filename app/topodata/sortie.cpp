@@ -71,7 +71,7 @@ std::string derriere_les_liens(std::filesystem::path nom) {
 
 }  // namespace
 
-Sortie::Sortie(const std::string& nom) : nom_(nom), cible_(nom) {
+Sortie::Sortie(const std::string& nom) : nom_(nom == "-" ? "" : nom), cible_(nom_) {
   errno = 0;  // what it holds when a write has failed is that write's
   if (nom_.empty()) return;
   namespace fs = std::filesystem;

@@ -17,7 +17,7 @@ struct Erreur : std::runtime_error {
 /// file (a device, a pipe) is written as it stands. Every operation that fails throws Erreur.
 class Sortie {
  public:
-  /// nom: the file; empty for standard output.
+  /// nom: the file; empty or "-" for standard output.
   explicit Sortie(const std::string& nom);
   ~Sortie();
   Sortie(const Sortie&) = delete;

@@ -60,22 +60,60 @@ TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
   }
 }
 
-TEST(Sortie, LeavesUsageToTheParserAndHelps) {
-  for (const std::vector<std::string>& faux :
-       {std::vector<std::string>{},
-        {"tabel"},
-        {"table", "cas"},
-        {"table", "c", "nrm", "--format", "x"},
-        {"faux", "c", "nrm", "--methode", "tire"},
-        {"faux", "c", "nrm", "--methode", "tire", "--ratio", "nan"},
-        {"faux", "c", "nrm", "--methode", "tire", "--nombre", "-3"},
-        {"partage", "c", "nrm", "--ratio", "nan", "-o", "p"},
-        {"partage", "c", "nrm", "--ratio", "2", "-o", "p"}}) {
-    const Resultat r = topodata(faux);
-    EXPECT_GT(r.statut, 2);
-    EXPECT_EQ(r.sortie, "");
-    EXPECT_NE(r.erreur, "");
+TEST(Sortie, SaysInFrenchWhatItDoesNotUnderstandAndHelps) {
+  using Mots = std::vector<std::string>;
+  const auto table = [](Mots suite) {
+    suite.insert(suite.begin(), {"table", "c", "nrm"});
+    return suite;
+  };
+  const auto partage = [](Mots suite) {
+    suite.insert(suite.begin(), {"partage", "c", "nrm", "-o", "p"});
+    return suite;
+  };
+  const std::string graine = "attendu : un entier de 0 a 4294967295";
+  const struct {
+    Mots mots;
+    std::string dit;
+  } rangees[]{
+      {{}, "il manque une commande"},
+      {{"tabel"}, "commande inconnue : 'tabel'"},
+      {{"--foo"}, "option inconnue : '--foo'"},
+      {{"table", "cas"}, "il manque MODE"},
+      {table({"x", "--foo=1"}), "option inconnue : '--foo=1'"},
+      {table({"x", "y"}), "argument de trop : 'x'"},
+      {{"faux", "c", "nrm", "--methode", "tire", "--nombre", "1", "--ratio", "1"},
+       "--nombre et --ratio ne vont pas ensemble"},
+      {table({"--format", "x\033\n\x85\xC3\xA9"}),
+       "--format : 'x\\x1B\\x0A\\x85\xC3\xA9' (attendu : csv,torch,weka)"},
+      {table({"--normalise=x"}), "--normalise : valeur refusee : 'x'"},
+      {table({"-o"}), "--sortie : il manque sa valeur"},
+      {table({"-o", ""}), "--sortie : attendu : un nom de fichier"},
+      {table({"--graine", "0x10"}), "--graine : " + graine},
+      {table({"--graine", "99999999999999999999"}), "--graine : " + graine},
+      {table({"--graine", "1", "--graine", "2"}), "--graine : une seule valeur est permise"},
+      {partage({"--ratio", "nan"}), "--ratio : attendu : un nombre de 0 a 1"},
+      {partage({"--ratio", "2"}), "--ratio : attendu : un nombre de 0 a 1"},
+      {partage({"--ratio", "1", "--graine", "4294967296"}), "--graine : " + graine},
+      {{"faux", "c", "nrm", "--methode", "tire"}, "il manque --nombre ou --ratio"},
+      {{"faux", "c", "nrm", "--methode", "tire", "--nombre", "-3"},
+       "--nombre : attendu : un entier de 0 a 2147483647"},
+      {{"voir", "c", "nrm", "b", "--coins", "4294967297"},
+       "--coins : attendu : un entier de -2147483648 a 2147483647"},
+      {{"covariance", "c", "nrm", "--image", ""}, "--image : attendu : un nom de fichier"},
+  };
+  for (const auto& r : rangees) {
+    const Resultat fait = topodata(r.mots, [] { setenv("LC_ALL", "C", 1); });
+    EXPECT_EQ(fait.erreur.substr(0, fait.erreur.find('\n')), "topodata : " + r.dit);
+    EXPECT_GT(fait.statut, 100);
+    EXPECT_EQ(fait.sortie, "");
   }
+  // "010" is ten, not eight.
+  const Collection c;
+  const auto melangee = [&](const char* graine_donnee) {
+    return topodata({"table", c.cas(), "nrm", "--melange", "--graine", graine_donnee}).sortie;
+  };
+  EXPECT_EQ(melangee("010"), melangee("10"));
+  EXPECT_NE(melangee("010"), melangee("8"));
   for (const char* commande :
        {"table", "partage", "faux", "resume", "covariance", "voir", "verifie"}) {
     const Resultat r = topodata({commande, "--help"});

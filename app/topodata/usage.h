@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace CLI {
+class App;
+class Error;
+}  // namespace CLI
+
+namespace topomine {
+
+/// The option parser's own words (headings of the help, types of values) in French.
+void franciser(CLI::App& app);
+
+/// What it says about a command line that it has not understood, in French.
+std::string en_francais(const CLI::App& app, const CLI::Error& erreur);
+
+}  // namespace topomine
