@@ -14,6 +14,7 @@
 #include "fuzz/outils.h"
 #include "fuzz/proprietes.h"
 #include "tests/support/exemple_litteral.h"
+#include "tests/support/verifier_liens.h"
 
 using namespace topomine;
 
@@ -51,7 +52,7 @@ void cible_collection(std::string_view entree) {
   bool charge = false;
   if (!sans_faute([&] { charge = charger(base, textes, journal); }) || !charge) return;
   const Ecoute muette;
-  verifier_liens(base);
+  PROMET(liens_reciproques(base));
   verifier_questions(base);
 
   BaseBuffer table("topology");

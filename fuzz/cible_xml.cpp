@@ -7,6 +7,7 @@
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
 #include "fuzz/proprietes.h"
+#include "tests/support/verifier_liens.h"
 #include "verifie/catalogue.h"
 #include "verifie/journal_constats.h"
 
@@ -31,7 +32,7 @@ std::string lire(Essai& l, const TiXmlDocument& doc, Marche marche) {
 /// What follows a reading: links, queries, classes, rows, listings.
 void exploiter(Base& base) {
   PROMET(base.make_link() == 1);
-  verifier_liens(base);
+  PROMET(liens_reciproques(base));
   verifier_questions(base);
   PROMET(base.maj_typeC() == 1);
   BaseBuffer table;

@@ -5,7 +5,7 @@
 #include "base/base.h"
 #include "verifie/releve.h"
 
-/// Every field of the base but its name, exact: two bases that loaded the same are equal here.
+/// What the base holds, but its name, exact: two bases that loaded the same are equal here.
 std::string image(const Base& base);
 
 /// Of file `f`, the strict reading holds what the run's reading put into `base`.
@@ -14,10 +14,6 @@ void verifier_releve(const topomine::Releve& releve, topomine::Fichier f, const 
 /// The guard lets pass what it says: as deep, and with as many attributes, as the tree that the
 /// parser builds of it, and not more when the document is well-formed.
 void verifier_garde(std::string texte);
-
-/// Each downward number > 0 is met by an upward one exactly as often, and back; for a base that was
-/// linked once.
-void verifier_liens(const Base& base);
 
 /// What the neighbourhood queries find is where they say.
 void verifier_questions(const Base& base);

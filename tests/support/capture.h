@@ -9,10 +9,13 @@
 #include <string>
 #include <string_view>
 
-/// What this process writes to std::cout and std::cerr as long as the object lives.
+/// What this process writes to std::cout and std::cerr as long as the object lives; all of it in
+/// its order goes to out() when they are taken together.
 class Capture {
  public:
-  Capture() : cout_(std::cout.rdbuf(out_.rdbuf())), cerr_(std::cerr.rdbuf(err_.rdbuf())) {}
+  explicit Capture(bool ensemble = false)
+      : cout_(std::cout.rdbuf(out_.rdbuf())),
+        cerr_(std::cerr.rdbuf(ensemble ? out_.rdbuf() : err_.rdbuf())) {}
   ~Capture() {
     std::cout.rdbuf(cout_);
     std::cerr.rdbuf(cerr_);
