@@ -2,6 +2,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/completion)
 set(dossier_cmake ${CMAKE_INSTALL_LIBDIR}/cmake/topomine)
 
 install(TARGETS topomine make_cases
@@ -9,6 +10,22 @@ install(TARGETS topomine make_cases
 if(TARGET topodata)
   install(TARGETS topodata RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT programmes)
 endif()
+
+# Shells look for one file per program in bash, and know all three from one in zsh.
+set(dossier_bash ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+install(FILES app/completion/topomine.bash
+  DESTINATION ${dossier_bash} RENAME topomine COMPONENT programmes)
+foreach(programme IN ITEMS topodata make_cases)
+  file(CREATE_LINK topomine ${PROJECT_BINARY_DIR}/completion/${programme} SYMBOLIC)
+  install(FILES ${PROJECT_BINARY_DIR}/completion/${programme}
+    DESTINATION ${dossier_bash} COMPONENT programmes)
+endforeach()
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(dossier_zsh ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+else()
+  set(dossier_zsh ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+endif()
+install(FILES app/completion/_topomine DESTINATION ${dossier_zsh} COMPONENT programmes)
 
 install(TARGETS topomine_lib EXPORT topomineTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT developpement)

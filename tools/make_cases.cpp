@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "tools/gen/ecriture.h"
+#include "topomine/version.h"
 
 namespace {
 
@@ -21,6 +22,7 @@ constexpr std::string_view aide =
     "mesh_case_8.\n"
     "  --blocs N    nombre de blocs de chaque base, de 8 a 1000000 (60 par defaut)\n"
     "  --graine S   entier positif ou nul qui fait varier les dimensions (1 par defaut)\n"
+    "  --version    affiche la version\n"
     "Les memes arguments donnent les memes octets.\n"
     "\n"
     "Chaque base existe en trois modes :\n"
@@ -71,15 +73,24 @@ std::string lire_arguments(int argc, char** argv, Arguments& a) {
   return a.dossier.empty() ? "il faut un dossier" : "";
 }
 
+/// What an option that asks for words is answered with; empty when there is none.
+std::string reponse(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view mot = argv[i];
+    if (mot == "--help") return std::string(usage).append(aide);
+    if (mot == "--version") return "make_cases " TOPOMINE_VERSION "\n";
+  }
+  return {};
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  for (int i = 1; i < argc; ++i)
-    if (std::string_view(argv[i]) == "--help") {
-      if (std::cout << usage << aide << std::flush) return 0;
-      std::cerr << "make_cases : sortie standard impossible a ecrire\n";
-      return 2;
-    }
+  if (const std::string dit = reponse(argc, argv); !dit.empty()) {
+    if (std::cout << dit << std::flush) return 0;
+    std::cerr << "make_cases : sortie standard impossible a ecrire\n";
+    return 2;
+  }
   Arguments a;
   if (const std::string refus = lire_arguments(argc, argv, a); !refus.empty()) {
     std::cerr << "make_cases : " << refus << '\n' << usage;

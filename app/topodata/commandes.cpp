@@ -2,13 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <sstream>
 #include <string>
 
+#include "app/topodata/aide.h"
+#include "app/topodata/completion.h"
 #include "app/topodata/console.h"
 #include "app/topodata/sortie.h"
 #include "app/topodata/usage.h"
@@ -50,23 +51,32 @@ int finir(const CLI::App& app, const CLI::ParseError& e) {
   return 0;
 }
 
-int executer(int argc, char** argv) {
+int executer(const std::vector<std::string>& mots) {
   CLI::App app("Table d'exemples, verification et exploration de cas de maillages multi-blocs.",
                "topodata");
+  mettre_en_page(app);
   franciser(app);
-  app.set_version_flag("--version", "topodata " TOPOMINE_VERSION, "Affiche la version");
+  app.set_version_flag("--version", version, "Affiche la version");
   app.require_subcommand(1);
   app.footer("topodata COMMANDE --help detaille une commande et donne un exemple.");
   int statut = 0;
   for (const AjouterCommande ajouter : commandes) ajouter(app, statut);
+  app.add_subcommand("help", "Affiche l'aide d'une commande")
+      ->add_option("COMMANDE", "Nom de la commande");
   for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
+  completer_commandes(app);
+  if (mots.size() > 1 && mots[1] == "__completer") {
+    proposer(app, {mots.begin() + 2, mots.end()}, std::cout);
+    return 0;
+  }
   try {
     // The parser would only say that a command is missing.
-    const auto nomme = [&](const CLI::App* commande) { return commande->check_name(argv[1]); };
-    if (argc > 1 && argv[1][0] != '-' && std::ranges::none_of(app.get_subcommands({}), nomme))
-      throw CLI::ExtrasError("commande inconnue : '" + std::string(argv[1]) + "'",
-                             CLI::ExitCodes::ExtrasError);
-    app.parse(argc, argv);
+    const auto nomme = [&](const CLI::App* commande) { return commande->check_name(mots[1]); };
+    if (mots.size() > 1 && !mots[1].starts_with('-') &&
+        std::ranges::none_of(app.get_subcommands({}), nomme))
+      throw CLI::ExtrasError("commande inconnue : '" + mots[1] + "'", CLI::ExitCodes::ExtrasError);
+    // The parser takes the words from the last to the first, without the program's name.
+    app.parse(std::vector<std::string>(mots.rbegin(), mots.rend() - 1));
   } catch (const CLI::ParseError& e) {
     return finir(app, e);
   }
@@ -77,7 +87,7 @@ int executer(int argc, char** argv) {
 
 int executer_topodata(int argc, char** argv) {
   try {
-    return executer(argc, argv);
+    return executer(developper_help({argv, argv + argc}));
   } catch (const Erreur& e) {
     dire(e.what());
   } catch (const std::bad_alloc&) {

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "topomine/version.h"
+
+namespace CLI {
+class App;
+}
+
+namespace topomine {
+
+/// What --version says. The run itself takes three arguments and no option: its version is said
+/// here.
+inline constexpr const char* version =
+    "topodata " TOPOMINE_VERSION ", comme topomine, make_cases et libtopomine";
+
+/// Columns to write help in: what COLUMNS says, else the terminal, else 80; never under 40.
+std::size_t largeur_aide();
+
+/// The text with its long lines broken between words, the rest of each under its beginning: under
+/// the description where an option's line has one.
+std::string replier(const std::string& texte, std::size_t largeur);
+
+/// Before the commands are there: the layout of the help, which they take over.
+void mettre_en_page(CLI::App& app);
+/// Once they are there: --version for each of them, and what their options' values are called.
+void completer_commandes(CLI::App& app);
+
+/// The command line with `help COMMANDE` written as `COMMANDE --help`.
+std::vector<std::string> developper_help(std::vector<std::string> mots);
+
+}  // namespace topomine
