@@ -23,8 +23,8 @@ std::vector<std::size_t> colonnes_montrees(const BaseBuffer& table) {
     const auto montre = table._aff.find(table._attr[n].first);
     if (montre != table._aff.end() && montre->second) colonnes.push_back(n);
   }
-  std::ranges::stable_partition(
-      colonnes, [&](std::size_t n) { return static_cast<int>(n) != table._num_classe; });
+  std::stable_partition(colonnes.begin(), colonnes.end(),
+                        [&](std::size_t n) { return static_cast<int>(n) != table._num_classe; });
   return colonnes;
 }
 
