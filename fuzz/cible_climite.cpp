@@ -69,20 +69,20 @@ struct ModeleClimite {
 };
 
 /// What the strict reading has no error about, the run reads, and reads alike.
-void comparer_releve(std::string_view entree, Fin fin) {
-  ReleveConfig releve;
-  relever_texte(releve, entree);
-  for (const Constat& c : releve.constats)
+void comparer_strict(std::string_view entree, Fin fin) {
+  ConfigLue cas;
+  lire_config_strict(cas, entree);
+  for (const Constat& c : cas.constats)
     if (fiche(c.code).gravite == Gravite::erreur) return;
   PROMET(fin == Fin::lue);
   const Base base;
-  for (const auto& [code, ligne] : releve.codes) {
+  for (const auto& [code, ligne] : cas.codes) {
     PROMET(base._CL(code, "Family") == ligne.famille);
     PROMET(base.DAM2BCCODE({code}) == std::vector<int>{ligne.bccode.value()});
   }
   // An empty line before any other gives code 0, with nothing.
   for (const auto& [code, rangee] : Base::list_CLim)
-    PROMET(releve.codes.contains(code) || (code == 0 && base._CL(0, "Damas code").empty()));
+    PROMET(cas.codes.contains(code) || (code == 0 && base._CL(0, "Damas code").empty()));
 }
 
 }  // namespace
@@ -102,12 +102,12 @@ void cible_climite(std::string_view entree) {
   if (fin == Fin::demesure) {
     modele.lire(entree);
     PROMET(modele.octets > configuration_max);
-    return comparer_releve(entree, fin);
+    return comparer_strict(entree, fin);
   }
   PROMET(modele.lire(entree) == fin);
   PROMET(modele.colonnes == Base::list_attr);
   PROMET(modele.table == Base::list_CLim);
-  comparer_releve(entree, fin);
+  comparer_strict(entree, fin);
   if (fin != Fin::lue) return;
 
   const Base base;

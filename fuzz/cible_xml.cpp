@@ -43,15 +43,15 @@ void exploiter(Base& base) {
 }
 
 /// What the strict reading has no error about, the run reads, and reads alike.
-void comparer_releve(const Essai& l, const TiXmlDocument& suivi, Fichier f) {
-  Releve releve;
-  relever_document(releve, f, suivi);
-  for (const Constat& c : releve.constats) {
+void comparer_strict(const Essai& l, const TiXmlDocument& suivi, Fichier f) {
+  CasLu cas;
+  lire_document_strict(cas, f, suivi);
+  for (const Constat& c : cas.constats) {
     PROMET(c.ligne >= 1 && !c.quoi.empty());
     if (fiche(c.code).gravite == Gravite::erreur) return;
   }
   PROMET(l.finie && l.reussie);
-  verifier_releve(releve, f, l.base);
+  verifier_strict(cas, f, l.base);
 }
 
 void essayer(std::string_view entree, Marche marche, Fichier f) {
@@ -70,7 +70,7 @@ void essayer(std::string_view entree, Marche marche, Fichier f) {
   PROMET(premiere.finie == seconde.finie && premiere.reussie == seconde.reussie);
   PROMET(image(premiere.base) == image(seconde.base));
   PROMET(doc.RootElement() || !premiere.finie);
-  comparer_releve(premiere, suivi, f);
+  comparer_strict(premiere, suivi, f);
   if (!premiere.finie) return;
 
   // Read over what is there: entries are replaced, only junctions are listed again.

@@ -64,10 +64,10 @@ std::string image(const Base& base) {
   return im.str();
 }
 
-void verifier_releve(const Releve& releve, Fichier f, const Base& base) {
+void verifier_strict(const CasLu& cas, Fichier f, const Base& base) {
   const auto memes = [&](auto Base::*table) {
     Base stricte, lue;
-    stricte.*table = releve.base.*table;
+    stricte.*table = cas.base.*table;
     lue.*table = base.*table;
     PROMET(image(stricte) == image(lue));
   };
@@ -82,10 +82,10 @@ void verifier_releve(const Releve& releve, Fichier f, const Base& base) {
     case fic_edge:
       return memes(&Base::edges);
     case fic_vrtx:  // without their coordinates, which nothing checks
-      PROMET(std::ranges::equal(releve.base.vrtxs, base.vrtxs, {}, cle, cle));
+      PROMET(std::ranges::equal(cas.base.vrtxs, base.vrtxs, {}, cle, cle));
       return;
     default:
-      PROMET(std::ranges::equal(releve.base.pieces, base.pieces, [](const auto& a, const auto& b) {
+      PROMET(std::ranges::equal(cas.base.pieces, base.pieces, [](const auto& a, const auto& b) {
         return a.first == b.first && a.second._nom() == b.second._nom() &&
                a.second._topology() == b.second._topology();
       }));

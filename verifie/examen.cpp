@@ -18,13 +18,13 @@ std::vector<const Entite*> adresses(const std::map<int, Entite>& table) {
 
 }  // namespace
 
-Examen::Examen(Releve& releve, const ReleveConfig& configuration)
-    : r(releve),
+Examen::Examen(CasLu& cas, const ConfigLue& configuration)
+    : r(cas),
       config(configuration),
-      m(releve.base),
-      blocs(adresses(releve.base.blocs)),
-      faces(adresses(releve.base.faces)),
-      edges(adresses(releve.base.edges)) {
+      m(cas.base),
+      blocs(adresses(cas.base.blocs)),
+      faces(adresses(cas.base.faces)),
+      edges(adresses(cas.base.edges)) {
   for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx})
     douteux[f].assign(static_cast<std::size_t>(rangs(f).nb()), 0);
   for (const auto& [numero, parties] : r.illisibles[fic_vrtx])

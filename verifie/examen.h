@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "verifie/lecture_stricte.h"
 #include "verifie/maille.h"
-#include "verifie/releve.h"
 
 namespace topomine {
 
@@ -16,8 +16,8 @@ namespace topomine {
 /// say what is wrong with a link mend it in `m`, or mark the entity as one that later rules cannot
 /// judge, so that one fault is one finding.
 struct Examen {
-  Releve& r;
-  const ReleveConfig& config;
+  CasLu& r;
+  const ConfigLue& config;
   Maille m;
   std::vector<const Block*> blocs;
   std::vector<const Face*> faces;
@@ -27,7 +27,7 @@ struct Examen {
   /// The links between two files are mostly wrong, which has been said: nothing else is looked at.
   bool liens_perdus = false;
 
-  Examen(Releve& releve, const ReleveConfig& configuration);
+  Examen(CasLu& cas, const ConfigLue& configuration);
 
   bool lus(std::initializer_list<Fichier> fichiers) const;
   const Rangs& rangs(Fichier f) const;

@@ -75,7 +75,7 @@ constexpr Contenu scene{m_scene};
 
 class Inventaire {
  public:
-  Inventaire(Releve& r, Fichier f) : r_(r), f_(f) {}
+  Inventaire(CasLu& r, Fichier f) : r_(r), f_(f) {}
 
   /// The entities of a list, whatever their names.
   void liste(const TiXmlNode& n, const char* sorte, const Contenu& contenu, const char* nom) {
@@ -155,7 +155,7 @@ class Inventaire {
           return signaler(Code::element_commente, n, std::string(mot.nom) + " en commentaire");
   }
 
-  Releve& r_;
+  CasLu& r_;
   Fichier f_;
   const char* sorte_ = "";
   const char* nom_ = nullptr;
@@ -177,7 +177,7 @@ constexpr std::array<Corps, nb_fichiers> corps{{{"definition_scene", "scene", &s
 
 }  // namespace
 
-void inventorier(Releve& r, Fichier f, const TiXmlDocument& doc) {
+void inventorier(CasLu& r, Fichier f, const TiXmlDocument& doc) {
   const Corps& c = corps[f];
   const TiXmlNode* racine = doc.FirstChild(c.racine);
   if (!racine) return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "verifie/releve.h"
+#include "verifie/lecture_stricte.h"
 
 class TiXmlDocument;
 
@@ -8,6 +8,6 @@ namespace topomine {
 
 /// What a reading passes over without a word: a second element of a name that is read once, an
 /// element or a text that nothing asks for, an element within a comment.
-void inventorier(Releve& releve, Fichier f, const TiXmlDocument& doc);
+void inventorier(CasLu& cas, Fichier f, const TiXmlDocument& doc);
 
 }  // namespace topomine

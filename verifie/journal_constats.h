@@ -6,7 +6,7 @@
 
 #include "base/lecture/fichier.h"
 #include "base/lecture/journal.h"
-#include "verifie/releve.h"
+#include "verifie/lecture_stricte.h"
 
 class TiXmlDocument;
 
@@ -17,19 +17,19 @@ const char* dire(Lecture lecture);
 Code code_de(Lecture lecture);
 
 /// Reads the files once more, where there are findings, for the lines of their elements.
-void preciser_lignes(Releve& releve);
+void preciser_lignes(CasLu& cas);
 
 /// Reads a document that was parsed with its lines, as the one of file `f`.
-void relever_document(Releve& releve, Fichier f, const TiXmlDocument& doc);
+void lire_document_strict(CasLu& cas, Fichier f, const TiXmlDocument& doc);
 
 /// Reads the text of a climite.cfg.
-void relever_texte(ReleveConfig& releve, std::string_view texte);
+void lire_config_strict(ConfigLue& cas, std::string_view texte);
 
 /// Turns what a strict reading of one file has to say into findings, each with the entity under way
 /// and the line.
 class JournalConstats final : public JournalStrict {
  public:
-  JournalConstats(Releve& releve, Fichier fichier) : r_(releve), f_(fichier) {}
+  JournalConstats(CasLu& cas, Fichier fichier) : r_(cas), f_(fichier) {}
 
   // A strict reading meets no end, and nobody follows how it gets on.
   void ouverture(const std::string& /*fichier*/) override {}
@@ -63,7 +63,7 @@ class JournalConstats final : public JournalStrict {
   std::optional<int> entier(const TiXmlNode& parent, const char* nom);
   int contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place);
 
-  Releve& r_;
+  CasLu& r_;
   Fichier f_;
   std::string sorte_;
   int rang_ = 0;

@@ -42,7 +42,7 @@ const TiXmlNode* suivre(const TiXmlNode& n, std::string_view chemin) {
 
 }  // namespace
 
-void preciser_lignes(Releve& r) {
+void preciser_lignes(CasLu& r) {
   for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx}) {
     std::unordered_map<std::string_view, std::vector<Constat*>> par_numero;
     for (Constat& c : r.constats)

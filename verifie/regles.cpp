@@ -80,7 +80,7 @@ void elaguer(std::vector<Constat>& constats) {
   joindre_lecture(constats);
 }
 
-void scene_d_une_autre(Releve& r, Voisinage& v) {
+void scene_d_une_autre(CasLu& r, Voisinage& v) {
   const std::string nom = r.base.avion._name();
   if (!r.lus[fic_def] || nom.empty()) return;
   const auto [place, premiere] = v.noms.try_emplace(nom, r.base.nom);
@@ -90,7 +90,7 @@ void scene_d_une_autre(Releve& r, Voisinage& v) {
              "name '" + nom + "' est celui de la base " + (autre ? nom : place->second));
 }
 
-void mesures_negatives(Releve& r) {
+void mesures_negatives(CasLu& r) {
   const Avion& a = r.base.avion;
   std::string dit;
   int ligne = 1;
@@ -111,7 +111,7 @@ void mesures_negatives(Releve& r) {
 
 /// In most configurations a code is a hundred times its BCCODE plus a rank, and one family has one
 /// BCCODE: a row that alone does otherwise is a slip.
-void codes_isoles(const ReleveConfig& config, std::vector<Constat>& constats) {
+void codes_isoles(const ConfigLue& config, std::vector<Constat>& constats) {
   std::map<std::string, std::map<int, std::size_t>> par_famille;
   std::size_t nb = 0, centieme = 0;
   constexpr int sans_condition = 9999;
@@ -136,21 +136,21 @@ void codes_isoles(const ReleveConfig& config, std::vector<Constat>& constats) {
 
 }  // namespace
 
-std::vector<Constat> verifier(Releve& releve, Voisinage& voisinage) {
-  scene_d_une_autre(releve, voisinage);
-  mesures_negatives(releve);
-  Examen examen(releve, voisinage.config);
+std::vector<Constat> verifier(CasLu& cas, Voisinage& voisinage) {
+  scene_d_une_autre(cas, voisinage);
+  mesures_negatives(cas);
+  Examen examen(cas, voisinage.config);
   for (const Regle regle : regles) regle(examen);
   const auto rang = [&](const Constat& c) {
-    return std::pair(std::ranges::find(releve.noms, c.fichier) - releve.noms.begin(), c.ligne);
+    return std::pair(std::ranges::find(cas.noms, c.fichier) - cas.noms.begin(), c.ligne);
   };
-  elaguer(releve.constats);
-  preciser_lignes(releve);
-  std::ranges::stable_sort(releve.constats, {}, rang);
-  return std::move(releve.constats);
+  elaguer(cas.constats);
+  preciser_lignes(cas);
+  std::ranges::stable_sort(cas.constats, {}, rang);
+  return std::move(cas.constats);
 }
 
-std::vector<Constat> verifier(const ReleveConfig& config) {
+std::vector<Constat> verifier(const ConfigLue& config) {
   std::vector<Constat> constats = config.constats;
   for (const auto& [code, l] : config.codes)
     if (l.bccode && std::ranges::find(codes_comptes, *l.bccode) == codes_comptes.end())

@@ -58,7 +58,7 @@ Nombres codes(const Face& f) {
 
 class Modes {
  public:
-  Modes(std::span<const Releve> modes, const std::vector<Constat>& dits) : modes_(modes) {
+  Modes(std::span<const CasLu> modes, const std::vector<Constat>& dits) : modes_(modes) {
     for (const Constat& c : dits) {
       dits_.emplace(c.fichier, c.sorte, c.numero);
       d_un_fichier_ =
@@ -68,14 +68,14 @@ class Modes {
 
   template <class Entite>
   void table(Fichier f, std::map<int, Entite> Base::*table) {
-    if (d_un_fichier_ || !std::ranges::all_of(modes_, [&](const Releve& r) { return r.lus[f]; }))
+    if (d_un_fichier_ || !std::ranges::all_of(modes_, [&](const CasLu& r) { return r.lus[f]; }))
       return;
     std::set<int> numeros;
-    for (const Releve& r : modes_)
+    for (const CasLu& r : modes_)
       for (const auto& [numero, entite] : r.base.*table) numeros.insert(numero);
     for (const int numero : numeros) {
       std::vector<const Entite*> la;
-      for (const Releve& r : modes_) {
+      for (const CasLu& r : modes_) {
         const auto trouve = (r.base.*table).find(numero);
         la.push_back(trouve == (r.base.*table).end() ? nullptr : &trouve->second);
       }
@@ -125,9 +125,9 @@ class Modes {
 
   void dire(Code code, Fichier f, int numero, std::size_t m, bool la, const std::string& quoi,
             std::size_t autre) {
-    const Releve& r = modes_[m];
+    const CasLu& r = modes_[m];
     const std::string n = std::to_string(numero);
-    for (const Releve& s : modes_)
+    for (const CasLu& s : modes_)
       if (dits_.contains({s.noms[f], sorte(f), n})) return;
     const std::string mode = modes_[autre].base.type;
     constats.push_back(
@@ -137,14 +137,14 @@ class Modes {
              : quoi + " autres que dans le mode " + mode});
   }
 
-  std::span<const Releve> modes_;
+  std::span<const CasLu> modes_;
   std::set<std::tuple<std::string, std::string, std::string>> dits_;
   bool d_un_fichier_ = false;  // one of the files is not what it should be
 };
 
 }  // namespace
 
-std::vector<Constat> comparer_modes(std::span<const Releve> modes,
+std::vector<Constat> comparer_modes(std::span<const CasLu> modes,
                                     const std::vector<Constat>& dits) {
   Modes m(modes, dits);
   m.table(fic_blck, &Base::blocs);

@@ -30,7 +30,7 @@ struct Options {
 struct Regarde {
   std::size_t bases = 0, fichiers = 0, entites = 0;
 
-  void compter(const Releve& r) {
+  void compter(const CasLu& r) {
     fichiers += static_cast<std::size_t>(std::ranges::count(r.lus, true));
     const Base& b = r.base;
     entites += b.blocs.size() + b.faces.size() + b.edges.size() + b.vrtxs.size() + b.pieces.size() +
@@ -64,17 +64,17 @@ std::vector<std::string> dossiers(const std::string& chemin) {
 std::vector<Constat> verifier_base(const Options& o, const std::string& nom, Voisinage& voisinage,
                                    Regarde& regarde) {
   std::vector<Constat> constats;
-  std::vector<Releve> releves;
+  std::vector<CasLu> cas_lus;
   for (const std::string& mode : o.modes) {
-    Releve r = relever(nom, o.cible.chemin, mode);
+    CasLu r = lire_cas(nom, o.cible.chemin, mode);
     regarde.compter(r);
     for (Constat& c : verifier(r, voisinage))  // the scene is the same for all modes
       if (o.modes.size() == 1 || std::ranges::find(constats, c) == constats.end())
         constats.push_back(std::move(c));
-    if (o.modes.size() > 1) releves.push_back(std::move(r));
+    if (o.modes.size() > 1) cas_lus.push_back(std::move(r));
   }
   if (o.modes.size() > 1)
-    std::ranges::move(comparer_modes(releves, constats), std::back_inserter(constats));
+    std::ranges::move(comparer_modes(cas_lus, constats), std::back_inserter(constats));
   return constats;
 }
 
@@ -100,7 +100,7 @@ int executer(Options& o) {
   else
     rapport = std::make_unique<RapportTexte>(sortie.flux(), o.choix);
   Regarde regarde;
-  Voisinage voisinage{relever_config(o.cible.chemin), dossiers(o.cible.chemin), {}};
+  Voisinage voisinage{lire_config(o.cible.chemin), dossiers(o.cible.chemin), {}};
   regarde.fichiers += voisinage.config.lue;
   rapport->ajouter(verifier(voisinage.config));
   const auto absente = [&](const std::string& nom) {

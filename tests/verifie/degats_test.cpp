@@ -43,14 +43,14 @@ class Reelle {
 /// "V040 face:16" for each finding, notices of blocks that are meant to be collapsed left out.
 std::string dits(const std::string& chemin, const std::string& base,
                  const std::vector<std::string>& modes) {
-  Voisinage voisinage{relever_config(chemin), {base, "mesh_case_5"}, {}};
+  Voisinage voisinage{lire_config(chemin), {base, "mesh_case_5"}, {}};
   std::vector<Constat> constats = verifier(voisinage.config);
-  std::vector<Releve> releves;
+  std::vector<CasLu> cas_lus;
   for (const std::string& mode : modes) {
-    releves.push_back(relever(base, chemin, mode));
-    for (const Constat& c : verifier(releves.back(), voisinage)) constats.push_back(c);
+    cas_lus.push_back(lire_cas(base, chemin, mode));
+    for (const Constat& c : verifier(cas_lus.back(), voisinage)) constats.push_back(c);
   }
-  for (const Constat& c : comparer_modes(releves, constats)) constats.push_back(c);
+  for (const Constat& c : comparer_modes(cas_lus, constats)) constats.push_back(c);
   std::string texte;
   for (const Constat& c : constats) {
     if (c.code == Code::bloc_degenere) continue;

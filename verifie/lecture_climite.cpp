@@ -12,7 +12,7 @@ namespace {
 
 class Config {
  public:
-  Config(ReleveConfig& r, std::string_view texte) : r_(r), texte_(texte), l_(texte) {}
+  Config(ConfigLue& r, std::string_view texte) : r_(r), texte_(texte), l_(texte) {}
 
   void lire() {
     if (texte_.find_first_not_of(" \t\r") == std::string_view::npos)
@@ -89,7 +89,7 @@ class Config {
       signaler(Code::config_code, std::string(colonne_code) + " n'est pas un entier");
       return;
     }
-    ReleveConfig::Ligne l{l_.numero(), {}, {}};
+    ConfigLue::Ligne l{l_.numero(), {}, {}};
     l.famille = champ(rang_famille_).value_or("");
     if (const auto bccode = champ(rang_bccode_)) {
       l.bccode = entier_strict(*bccode);
@@ -106,7 +106,7 @@ class Config {
     place->second = l;
   }
 
-  ReleveConfig& r_;
+  ConfigLue& r_;
   std::string_view texte_;
   LignesClimite l_;
   bool utilisable_ = true;
@@ -117,16 +117,16 @@ class Config {
 
 }  // namespace
 
-void relever_texte(ReleveConfig& r, std::string_view texte) {
+void lire_config_strict(ConfigLue& r, std::string_view texte) {
   Config(r, texte).lire();
 }
 
-ReleveConfig relever_config(const std::string& chemin) {
-  ReleveConfig r;
+ConfigLue lire_config(const std::string& chemin) {
+  ConfigLue r;
   r.nom = chemin + "climite.cfg";
   std::string texte;
   if (const Lecture lecture = lire_fichier(r.nom, texte); lecture == Lecture::faite)
-    relever_texte(r, texte);
+    lire_config_strict(r, texte);
   else
     r.constats.push_back({code_de(lecture), r.nom, 1, "fichier", "",
                           std::string(dire(lecture)) + ", aucun code n'est connu"});

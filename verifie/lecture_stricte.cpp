@@ -1,4 +1,4 @@
-#include "verifie/releve.h"
+#include "verifie/lecture_stricte.h"
 
 #include <tinyxml.h>
 
@@ -39,7 +39,7 @@ std::optional<FauteOctets> tolerance(const std::string& texte) {
 }
 
 /// Parses one file; says why when it cannot be.
-bool ouvrir(Releve& r, Fichier f, TiXmlDocument& doc) {
+bool ouvrir(CasLu& r, Fichier f, TiXmlDocument& doc) {
   const auto dire_faute = [&](const std::optional<FauteOctets>& faute) {
     if (faute) r.signaler(faute->code, f, faute->ligne, "fichier", "", faute->quoi);
     return false;
@@ -109,7 +109,7 @@ Code code_de(Lecture lecture) {
   return manque ? Code::fichier_absent : Code::fichier_illisible;
 }
 
-void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
+void lire_document_strict(CasLu& r, Fichier f, const TiXmlDocument& doc) {
   const SorteDeFichier& sorte = sortes[f];
   if (!doc.FirstChild(sorte.racine)) {
     r.signaler(Code::racine_absente, f, 1, "fichier", "",
@@ -129,34 +129,34 @@ void relever_document(Releve& r, Fichier f, const TiXmlDocument& doc) {
              std::string("aucune entite ") + sorte.entites);
 }
 
-int Releve::ligne(Fichier f, int numero) const {
+int CasLu::ligne(Fichier f, int numero) const {
   const auto trouve = lignes[f].find(numero);
   return trouve == lignes[f].end() ? 1 : trouve->second;
 }
 
-int Releve::ligne_avion(std::string_view element) const {
+int CasLu::ligne_avion(std::string_view element) const {
   const auto trouve = lignes_avion.find(element);
   return trouve == lignes_avion.end() ? 1 : trouve->second;
 }
 
-bool Releve::illisible(Fichier f, int numero, unsigned partie) const {
+bool CasLu::illisible(Fichier f, int numero, unsigned partie) const {
   const auto trouve = illisibles[f].find(numero);
   return trouve != illisibles[f].end() && (trouve->second & partie) != 0;
 }
 
-void Releve::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
-                      const std::string& numero, const std::string& quoi) {
+void CasLu::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
+                     const std::string& numero, const std::string& quoi) {
   constats.push_back({code, noms[f], ligne, sorte, numero, quoi});
 }
 
-Releve relever(const std::string& nom, const std::string& chemin, const std::string& mode) {
-  Releve r;
+CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::string& mode) {
+  CasLu r;
   r.base = Base(nom, chemin, mode);
   r.base.gen_nom_base();
   for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
     const std::string milieu = f == fic_def ? "" : "_" + mode;
     r.noms[f] = r.base.nom_base + milieu + sortes[f].suffixe;
-    if (TiXmlDocument doc; ouvrir(r, f, doc)) relever_document(r, f, doc);
+    if (TiXmlDocument doc; ouvrir(r, f, doc)) lire_document_strict(r, f, doc);
   }
   return r;
 }

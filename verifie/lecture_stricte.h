@@ -25,7 +25,7 @@ enum Partie : unsigned { partie_liens = 1, partie_codes = 2, partie_valeurs = 4 
 
 /// A base as its files give it: no links, no classes, and an entity without a number is left out.
 /// A slot that does not hold exactly one entity is 0 here.
-struct Releve {
+struct CasLu {
   Base base;
   std::array<std::string, nb_fichiers> noms;
   std::array<bool, nb_fichiers> lus{};  ///< the document could be parsed and has its top element
@@ -50,10 +50,10 @@ struct Releve {
 };
 
 /// Reads the five files of a base.
-Releve relever(const std::string& nom, const std::string& chemin, const std::string& mode);
+CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::string& mode);
 
 /// climite.cfg as it stands in the file, without what the run makes of a faulty line.
-struct ReleveConfig {
+struct ConfigLue {
   struct Ligne {
     int ligne;
     std::optional<int> bccode;
@@ -65,6 +65,6 @@ struct ReleveConfig {
   std::vector<Constat> constats;
 };
 
-ReleveConfig relever_config(const std::string& chemin);
+ConfigLue lire_config(const std::string& chemin);
 
 }  // namespace topomine
