@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
 #include <filesystem>
 
 #include "dataset/basebuffer.h"
@@ -134,6 +136,18 @@ TEST(Run, EveryByteWhateverTheArguments) {
     EXPECT_EQ(r.erreur, matrice().progres + enregistre + chemin + "global.cov\n");
     EXPECT_EQ(d.lire(ici + "global.cov"), matrice().fichier);
   }
+}
+
+TEST(Run, ShufflesByTheClock) {
+  const Donnees d;
+  const long avant = std::time(nullptr);
+  const std::string dit = d.lancer_ici([] {
+                             setenv("LD_PRELOAD", GRAINE_LIBRARY, 1);
+                             setenv("ASAN_OPTIONS", "verify_asan_link_order=0", 1);
+                           }).erreur;
+  ASSERT_TRUE(dit.starts_with("graine ")) << dit;
+  const long graine = std::stol(dit.substr(7));
+  EXPECT_TRUE(avant <= graine && graine <= std::time(nullptr)) << graine;
 }
 
 TEST(Run, ABaseThatFailsEndsTheRun) {

@@ -113,13 +113,16 @@ Base base_incomplete() {
   b.faces[-8]._edge(1, 4);
   b.faces[-8].add_bloc(33);
   b.edges[4]._vrtx(0, 70);
+  b.faces[0].add_bloc(88);  // which no empty slot leads to
+  b.faces[0].add_BC(9);
+  b.faces[0]._edge(0, 4);
   return b;
 }
 
 TEST(Liens, ReferencesToNothingGetDefaultEntities) {
   Base b = base_incomplete();
   EXPECT_EQ(b.make_link(), 1);
-  EXPECT_EQ(b.faces.size(), 3U);
+  EXPECT_EQ(b.faces.size(), 4U);
   EXPECT_TRUE(b.faces[9]._id() == 0 && b.faces[9].nb_bloc() == 1 && b.faces[9]._bloc(0) == 20);
   EXPECT_EQ(b.faces[6].nb_bloc(), 2);
   EXPECT_EQ(b.faces[-8].nb_bloc(), 1) << "only numbers above 0 are linked";
@@ -165,7 +168,8 @@ TEST(Requetes, ResultCodes) {
                               {20, 0, 4, 4, 70}})
     EXPECT_EQ(b.blk_vrtx_fac(l[0], l[1], l[2], l[3]), l[4]) << l[1] << ' ' << l[2] << ' ' << l[3];
   EXPECT_EQ(b.blk_vrtx_ijk(20, 2, 0, 0), -2) << "face number 6, then slot 1";
-  EXPECT_EQ(b.faces.size() + b.edges.size() + b.vrtxs.size(), 3U) << "queries create nothing";
+  EXPECT_EQ(b.faces.size() + b.edges.size() + b.vrtxs.size(), 4U) << "queries create nothing";
+  EXPECT_TRUE(b.BC_blk_face(20).empty() && b.vois_bloc(20) == std::vector<int>{33});
   EXPECT_TRUE(b.vois_bloc(21).empty() && b.BC_blk_face(21).empty() && b.BC_blk_edge(21).empty());
 
   // Nothing in common: opposite faces and edges, two edges of a face without common end.
@@ -189,6 +193,7 @@ TEST(Classes, ABlockIsOfTypeCByTheFamilyOfACodeThatItSees) {
     for (int n = 1; n <= 4; ++n) b.faces[100 + n].add_BC(n);
     b.edges[205].add_BC(1);
     b.blocs[6]._face(5, 999);  // in no table
+    b.faces[0].add_BC(1);      // where no empty slot leads
     for (const auto& [famille, topo] : pieces) {
       b.pieces[famille]._topology(topo);
       b.pieces[famille]._fam_BC(famille);

@@ -73,6 +73,15 @@ TEST(Writers, EmptyTables) {
     EXPECT_EQ(texte.find('x', texte.find("@data") + 1), std::string::npos) << texte;
 }
 
+TEST(Writers, CsvQuotesWhatWouldEndAField) {
+  std::string ligne;
+  for (const char* champ : {"a b", "a,b", "a\"b", "a\rb", "a\nb", ""}) {
+    topomine::ajouter_champ_csv(ligne, champ);
+    ligne += ';';
+  }
+  EXPECT_EQ(ligne, "a b;\"a,b\";\"a\"\"b\";\"a\rb\";\"a\nb\";;");
+}
+
 // Longer than what is gathered before it goes to the stream: many rows, and one long value.
 TEST(Writers, LongTables) {
   const std::string longue(70'000, 'x');

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <iomanip>
-#include <random>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
 #include "dataset/basebuffer.h"
 #include "dataset/numeric.h"
+#include "dataset/resume.h"
 #include "tests/dataset/tables.h"
 #include "tests/support/capture.h"
 
@@ -83,6 +84,23 @@ TEST(Stats, ByColumnAndByName) {
   EXPECT_TRUE(t.get_vec_dbl("c0", v) && v.empty());
   EXPECT_TRUE(std::isnan(t.covar(0, 0)));
   EXPECT_TRUE(t.covar(0, 1) == -1.0 && t.covar(1, 0) == -1.0);
+}
+
+TEST(Stats, ResumeOverSeveralTables) {
+  topomine::Resume r(true), constant(true), mots(false);
+  for (const auto& valeurs : {BaseBuffer::Exemple{"3", "1", "2"}, {"2", "7"}}) {
+    r.ajouter(colonnes({valeurs}), 0);
+    mots.ajouter(colonnes({valeurs}), 0);
+  }
+  EXPECT_TRUE(r.nombre() == 5 && r.distincts() == 4 && r.moyenne() == 3);
+  EXPECT_EQ(r.ecart_type(), std::sqrt(67.0 / 5 - 9));
+  const std::pair<double, double> quantiles[]{{0, 1}, {0.25, 2}, {0.5, 2}, {0.625, 2.5}, {1, 7}};
+  for (const auto& [part, valeur] : quantiles) EXPECT_EQ(r.quantile(part), valeur) << part;
+  EXPECT_EQ(mots.effectifs(),
+            (std::map<std::string, std::size_t>{{"1", 1}, {"2", 2}, {"3", 1}, {"7", 1}}));
+  EXPECT_TRUE(mots.nombre() == 5 && mots.distincts() == 4 && !mots.numerique());
+  constant.ajouter(colonnes({BaseBuffer::Exemple(8, "0.7")}), 0);
+  EXPECT_EQ(constant.ecart_type(), 0.0) << "a variance of -2e-16";
 }
 
 // x / d - min / d, not (x - min) / d: column "g" loses a third to the rounding of its quotients.

@@ -51,7 +51,14 @@ TEST(Sortie, SaysInOneLineWhatCannotBeDone) {
       {{"voir", cas, "nrm", "mesh_case_1", "--element", "999999"},
        "element 999999 inexistant dans mesh_case_1"},
       {{"voir", cas, "nrm", "mesh_case_1", "--coins", "99"}, "bloc 99 inexistant dans mesh_case_1"},
+      {{"voir", cas, "nrm", "mesh_case_1", "--sorte", "avion", "--element", "1"},
+       "une base n'a qu'un avion, sans numero"},
+      {{"verifie", cas, "nrm", "--bases", "mesh_case_1,mesh_cas_2"},
+       "base inconnue : 'mesh_cas_2' (pas de dossier " + cas + "mesh_cas_2)"},
+      {{"table", cas, "nrm", "--bases", "a?b"},
+       "base 'a?b' : ce nom ne s'ecrit que dans le format csv"},
   };
+  std::filesystem::create_directory(cas + "a?b");
   for (const Cas& r : rangees) {
     const Resultat fait = topodata(r.arguments);
     EXPECT_EQ(fait.erreur, "topodata : " + r.erreurs + "\n");

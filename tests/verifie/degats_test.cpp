@@ -105,6 +105,7 @@ const Degat degats[]{
     {"nrm", "edge", "", "</BC>", "</BC><BC>203</BC>", "V048 edge:3"},
     {"nrm", "cfg", "", "\n104;1;", "\n104;2;", "V093 cfg:5"},
     {"nrm", "cfg", "", "\n104;1;paroi_bed;", "", "V042 face:10"},
+    {"nrm", "cfg", "", "default;\n", "default;\n \t", ""},
     // Geometry.
     {"nrm", "face", "<Ident>4<",
      "<SubEdge>6</SubEdge></Edge>\n<Edge><Numero>2</Numero><NbSubEdge>1</NbSubEdge><SubEdge>8<",
@@ -150,6 +151,7 @@ const Degat degats[]{
     {"nrm", "blck", "", "<Blocks>...</Blocks>", "<Blocks></Blocks>", "V019 blck:2"},
     {"nrm", "face", "<Ident>4<", "</Edge>", "</Edge><!-- ici -->", "V018 face:25"},
     {"nrm", "vrtx", "", "</Proj>", "</Proj><Info/>", "V018 vrtx:4"},
+    {"nrm", "vrtx", "", "\n<Proj><Famille>3", "<Info/>\n<Proj><Famille>3", "V018 vrtx:4"},
     {"nrm", "def", "", "<nom>bed",
      "<nom>b\xc3\xa9"
      "d",
@@ -186,6 +188,7 @@ const Degat degats[]{
     {"nrm", "face", "", "<Ident>4<", "<Ident>3<", "V021 face:24"},
     {"nrm", "edge", "", "<Ident>4<", "<Ident>3<", "V021 edge:6"},
     {"nrm", "vrtx", "", "<Ident>4<", "<Ident>-4<", "V020 vrtx:17"},
+    {"nrm", "blck", "", "<Ident>4<", "<Ident>0<", "V020 blck:33"},
     {"nrm", "vrtx", "", "<Ident>4<", "<Ident>x<", "V012 vrtx:17"},
     {"nrm", "blck", "<Ident>4<", "<Numero>2<", "<Numero>1<", "V023 blck:37"},
     {"nrm", "blck", "<Ident>4<", "<Numero>6<", "<Numero>7<", "V022 blck:41"},
