@@ -40,7 +40,7 @@ void ajouter_exporte(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("exporte", "Ecrit une base pour ParaView et autres (VTK)");
   options_une_base(*c, o->base);
-  c->add_option("-o,--sortie", o->fichier, "Fichier .vtu (XML) ou .vtk (texte) a ecrire")
+  option_fichier(*c, "-o,--sortie", "Fichier .vtu (XML) ou .vtk (texte) a ecrire", o->fichier)
       ->required();
   c->add_flag("--faces", o->faces, "Les faces, avec codes et familles, au lieu des blocs");
   c->add_flag("--aretes", o->aretes, "Les edges, avec codes et familles, au lieu des blocs");

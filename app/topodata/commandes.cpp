@@ -31,6 +31,7 @@ constexpr auto commandes = std::to_array<AjouterCommande>({
     ajouter_covariance,
     ajouter_voir,
     ajouter_exporte,
+    ajouter_dessine,
     ajouter_verifie,
 });
 

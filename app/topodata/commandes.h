@@ -19,6 +19,7 @@ void ajouter_resume(CLI::App& app, int& statut);
 void ajouter_covariance(CLI::App& app, int& statut);
 void ajouter_voir(CLI::App& app, int& statut);
 void ajouter_exporte(CLI::App& app, int& statut);
+void ajouter_dessine(CLI::App& app, int& statut);
 /// statut: 0 when the cases are clean, 1 for warnings only, 2 for errors.
 void ajouter_verifie(CLI::App& app, int& statut);
 

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <new>
 
+#include "app/topodata/attributs.h"
+
 namespace topomine {
 
 void options_une_base(CLI::App& commande, UneBase& choix) {
@@ -27,10 +29,12 @@ BaseBuffer table_de(Base& base) {
   return table;
 }
 
-std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut) {
-  const int colonne = table.num_attr(attribut);
-  if (colonne < 0) throw Erreur("attribut inconnu : '" + attribut + "'");
-  return static_cast<std::size_t>(colonne);
+std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut,
+                       const std::vector<std::string>& autres_mots) {
+  std::vector<std::string> connus = autres_mots;
+  for (const auto& [nom, type] : table._attr) connus.push_back(nom);
+  exiger_attribut(attribut, connus);
+  return static_cast<std::size_t>(table.num_attr(attribut));
 }
 
 }  // namespace topomine

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/topodata/construction.h"
 #include "base/base.h"
@@ -20,7 +21,9 @@ Base charger_une_base(UneBase& choix, Progres& progres);
 
 /// The table of one base, a row per block in ascending number.
 BaseBuffer table_de(Base& base);
-/// Column of an attribute; throws Erreur for an unknown one.
-std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut);
+/// Column of an attribute; throws Erreur for an unknown one, with the name that is nearest to it
+/// among the attributes and the other words that may stand in its place.
+std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut,
+                       const std::vector<std::string>& autres_mots);
 
 }  // namespace topomine

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/base.h"
+#include "vtk/coins.h"
+
+namespace topomine {
+
+// What a picture of a case shows, in the case's own space and colours.
+
+/// Red, green and blue, 0 to 1.
+using Couleur = std::array<double, 3>;
+
+struct Trait {
+  Position a, b;
+  Couleur couleur;
+  bool fort;  ///< stands out
+};
+
+struct Paroi {
+  std::array<Position, 4> coins;  ///< around it
+  std::optional<Position> bloc;   ///< the middle of its block; none between two blocks
+  Couleur couleur;
+};
+
+/// Either a scale of values or names of colours.
+struct LegendeCas {
+  struct Nom {
+    std::string nom;
+    Couleur couleur;
+  };
+  std::string titre;
+  std::optional<std::pair<double, double>> echelle;
+  bool logarithmique = false;
+  std::vector<Nom> noms;
+};
+
+/// Colours of a scale at equal distances, from its least value on.
+inline constexpr std::array<Couleur, 6> palette{{{0.05, 0.03, 0.53},
+                                                 {0.36, 0.01, 0.64},
+                                                 {0.61, 0.09, 0.62},
+                                                 {0.80, 0.28, 0.47},
+                                                 {0.91, 0.43, 0.28},
+                                                 {0.95, 0.61, 0.07}}};
+
+struct Scene {
+  std::string titre;
+  std::vector<Trait> traits;
+  std::vector<Paroi> parois;
+  LegendeCas legende;
+  /// What is not drawn, in French: the caller says it.
+  std::vector<std::string> manques;
+};
+
+/// The edges of the blocks and the walls of a case. par: "famille" (edges and walls by boundary
+/// family), "TypeC", or another attribute of the table that is a number (blocks by value). Throws
+/// Erreur for another word.
+Scene scene_de(Base& base, const std::string& par);
+
+}  // namespace topomine
