@@ -8,4 +8,7 @@ namespace topomine {
 /// limit: both are writes that fail. To be called first.
 void assurer_flux_standards();
 
+/// Whether the process was started without this stream.
+bool flux_etait_ferme(int flux);
+
 }  // namespace topomine

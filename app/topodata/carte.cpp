@@ -72,10 +72,9 @@ void controler_nom_image(const std::string& nom) {
     throw Erreur("'" + nom + "' : une image se nomme .png ou .svg");
 }
 
-void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom) {
-  Sortie image(nom);
-  dessiner(script_gnuplot(m, legende, est_svg(nom)), image.fichier());
-  image.conclure();
+void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom,
+                    std::ostream& image) {
+  image << dessiner(script_gnuplot(m, legende, est_svg(nom)));
 }
 
 }  // namespace topomine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,9 @@ struct Legende {
 /// Throws Erreur unless a picture may have this name: it ends in .png or .svg.
 void controler_nom_image(const std::string& nom);
 
-/// Draws a matrix as a heat map into the file `nom`, all or nothing. Throws Erreur when there is
-/// nothing to draw, or when gnuplot or the file does not do.
-void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom);
+/// Draws a matrix as a heat map, in the form that the picture's name asks for. Throws Erreur,
+/// before it writes anything, when there is nothing to draw or gnuplot does not do it.
+void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom,
+                    std::ostream& image);
 
 }  // namespace topomine

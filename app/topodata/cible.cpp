@@ -19,6 +19,19 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view toutes = "toutes";
+constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
+
+/// Whatever the mode: none of a base's files is worth less than an output.
+void inscrire_entrees(const std::string& dossier, const std::vector<std::string>& noms) {
+  inscrire_entree(dossier + "climite.cfg");
+  for (const std::string& nom : noms) {
+    const std::string debut = dossier + nom + "/" + nom;
+    inscrire_entree(debut + ".def");
+    for (const std::string_view mode : modes)
+      for (const char* fin : {".blck", ".face", ".edge", ".vrtx"})
+        inscrire_entree(debut + "_" + std::string(mode) + fin);
+  }
+}
 
 void completer(std::string& dossier) {
   std::error_code erreur;
@@ -40,9 +53,15 @@ void controler_bases(const Cible& cible, const std::string& dossier, bool bases_
   std::ranges::sort(noms);
   if (const auto repetee = std::ranges::adjacent_find(noms); repetee != noms.end())
     throw Erreur("base donnee deux fois : '" + *repetee + "'");
+  inscrire_entrees(dossier, noms);
 }
 
 }  // namespace
+
+std::string sans_barre(std::string nom) {
+  nom.erase(nom.find_last_not_of('/') + 1);
+  return nom;
+}
 
 std::vector<std::string> decouper(const std::string& texte) {
   std::vector<std::string> parts;
@@ -60,7 +79,12 @@ std::vector<std::string> decouper(const std::string& texte) {
 
 std::vector<std::string> Cible::noms_dans(const std::string& dossier) const {
   if (bases == toutes) return bases_presentes(dossier);
-  if (bases) return decouper(*bases);
+  if (bases) {
+    std::vector<std::string> noms = decouper(*bases);
+    for (std::string& nom : noms) nom = sans_barre(nom);
+    std::erase(noms, "");
+    return noms;
+  }
   return {bases_integrees.begin(), bases_integrees.end()};
 }
 
@@ -96,7 +120,6 @@ void option_avec(CLI::App& commande, Cible& cible) {
 }
 
 void controler(Cible& cible, bool bases_absentes) {
-  constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
   if (std::ranges::find(modes, cible.mode) == modes.end())
     throw Erreur("mode inconnu : '" + cible.mode + "' (attendu : ext, nrm ou min)");
   std::vector<fs::path> vus;

@@ -36,8 +36,9 @@ struct Cible {
 void options_cible(CLI::App& commande, Cible& cible, bool plusieurs = true);
 /// Adds --avec.
 void option_avec(CLI::App& commande, Cible& cible);
-/// Completes the directories' names. Throws Erreur for an unknown directory or mode, a collection
-/// or base that is named twice, or a base without a folder, unless they may be missing.
+/// Completes the directories' names; from now on the files of these bases are no outputs. Throws
+/// Erreur for an unknown directory or mode, a collection or base that is named twice, or a base
+/// without a folder, unless they may be missing.
 void controler(Cible& cible, bool bases_absentes = false);
 
 /// Loads a base; throws Erreur, with what the reader said, when it does not load.
@@ -47,6 +48,9 @@ void charger_base(Base& base, Progres& progres);
 /// before it is released.
 void pour_chaque_base(const std::vector<Provenance>& liste, const std::string& mode,
                       Progres& progres, const std::function<void(Base&, const Provenance&)>& voir);
+
+/// The name of a base without the final / that completion types.
+std::string sans_barre(std::string nom);
 
 /// The parts of a text between commas, without blanks around them and without empty ones.
 std::vector<std::string> decouper(const std::string& texte);

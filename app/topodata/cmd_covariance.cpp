@@ -1,12 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <memory>
-#include <system_error>
+#include <optional>
 
 #include "app/topodata/carte.h"
 #include "app/topodata/commandes.h"
@@ -108,6 +107,7 @@ Sommes ajouter_les_sommes(const std::vector<std::string>& fichiers, Progres& pro
   Sommes total;
   for (const std::string& fichier : fichiers) {
     progres.etape("lecture de " + fichier);
+    inscrire_entree(fichier);
     std::ifstream flux(fichier, std::ios::binary);
     const std::string texte{std::istreambuf_iterator<char>(flux), {}};
     Sommes partie;
@@ -139,23 +139,20 @@ void controler_options(const Options& o) {
   if (o.brut && !o.table.applique_echelle.empty())
     throw Erreur("--brut et --applique-echelle s'excluent");
   if (!o.image.empty()) controler_nom_image(o.image);
-  if (std::error_code e; !o.image.empty() && (o.image == o.fichier ||
-                                              std::filesystem::equivalent(o.image, o.fichier, e)))
-    throw Erreur("'" + o.image + "' : ni la matrice ni l'image n'ont la place de l'autre");
 }
 
-Legende legende(Relation r, std::size_t exemples) {
+Legende legende(Relation r, bool brut, std::size_t exemples) {
   const std::string suite =
       " des attributs, " + std::to_string(exemples) + " exemples (gris : pas de nombre)";
   switch (r) {
     case Relation::centree:
-      return {"Covariance" + suite, "covariance"};
+      return {"Covariance" + suite, "covariance", brut};
     case Relation::correlation:
-      return {"Correlation" + suite, "correlation"};
+      return {"Correlation" + suite, "correlation", false};
     case Relation::produits:
       break;
   }
-  return {"Covariance non centree" + suite, "moyenne des produits"};
+  return {"Covariance non centree" + suite, "moyenne des produits", brut};
 }
 
 void executer(Options& o) {
@@ -163,23 +160,25 @@ void executer(Options& o) {
   Progres progres;
   const Sommes sommes =
       o.depuis.empty() ? sommer_les_cas(o, progres) : ajouter_les_sommes(o.depuis, progres);
+  std::optional<Sortie> somme, image, csv;  // all at once: no two may be one file
+  if (!o.sommes.empty()) somme.emplace(o.sommes);
+  if (!o.image.empty()) image.emplace(o.image);
+  if (!o.fichier.empty() || (!somme && !image)) csv.emplace(o.fichier);
   const Matrice m = en_matrice(sommes, choisis(sommes, o.table), relation(o));
 
-  if (!o.sommes.empty()) {
-    progres.ecriture(o.sommes);
-    Sortie sortie(o.sommes);
-    sommes.ecrire(sortie.flux());
-    sortie.conclure();
-  }
-  if (!o.image.empty()) {
+  if (somme) sommes.ecrire(somme->flux());
+  if (image) {
     progres.etape("dessin");
-    dessiner_carte(m, legende(relation(o), sommes.nombre()), o.image);
+    dessiner_carte(m, legende(relation(o), o.brut, sommes.nombre()), o.image, image->flux());
   }
-  if (o.fichier.empty() && (!o.image.empty() || !o.sommes.empty())) return;
   progres.ecriture(o.fichier);
-  Sortie sortie(o.fichier);
-  ecrire_matrice(sortie.flux(), m);
-  sortie.conclure();
+  if (csv) ecrire_matrice(csv->flux(), m);
+  // No old file goes before all new ones are whole.
+  const std::array<std::optional<Sortie>*, 3> sorties{&somme, &image, &csv};
+  for (auto* sortie : sorties)
+    if (*sortie) (*sortie)->fermer();
+  for (auto* sortie : sorties)
+    if (*sortie) (*sortie)->conclure();
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "app/topodata/commandes.h"
+#include "app/topodata/console.h"
 #include "app/topodata/construction.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
@@ -123,17 +124,7 @@ void voir_coins(const Base& base, int b) {
   }
 }
 
-void executer(Options& o) {
-  o.cible.bases = o.base;
-  if (o.cible.noms() != std::vector{o.base}) throw Erreur("base inconnue : '" + o.base + "'");
-  if (o.element && o.sorte == "avion") throw Erreur("une base n'a qu'un avion, sans numero");
-  controler(o.cible);
-  Base base(o.base, o.cible.chemin, o.cible.mode);
-  {
-    Progres progres;
-    charger_base(base, progres);
-  }
-  Sortie sortie("");
+void montrer(const Base& base, const Options& o) {
   if (o.voisins) voir_voisins(base, *o.voisins);
   if (o.coins) voir_coins(base, *o.coins);
   if (o.element) {
@@ -144,6 +135,24 @@ void executer(Options& o) {
     base.Print(numero_sorte(o.sorte), false);
   } else if (!o.voisins && !o.coins) {
     base.Print(false);
+  }
+}
+
+void executer(Options& o) {
+  o.base = sans_barre(o.base);
+  o.cible.bases = o.base;
+  if (o.cible.noms() != std::vector{o.base}) throw Erreur("base inconnue : '" + o.base + "'");
+  if (o.element && o.sorte == "avion") throw Erreur("une base n'a qu'un avion, sans numero");
+  controler(o.cible);
+  Base base(o.base, o.cible.chemin, o.cible.mode);
+  {
+    Progres progres;
+    charger_base(base, progres);
+  }
+  Sortie sortie("");
+  {
+    const Listing listing(sortie.flux());
+    montrer(base, o);
   }
   sortie.conclure();
 }

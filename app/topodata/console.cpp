@@ -51,4 +51,23 @@ void dire(std::string_view texte) {
   std::cerr << "topodata : " + pour_lecteur(texte) + '\n' << std::flush;
 }
 
+Listing::Listing(std::ostream& flux) : flux_(flux), avant_(std::cout.rdbuf(this)) {}
+
+Listing::~Listing() {
+  std::cout.rdbuf(avant_);
+  passer();
+}
+
+Listing::int_type Listing::overflow(int_type c) {
+  if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
+  ligne_ += traits_type::to_char_type(c);
+  if (ligne_.back() == '\n') passer();  // whole lines: no character is cut in two
+  return c;
+}
+
+void Listing::passer() {
+  flux_ << (lecteur_en_utf8() ? en_utf8(ligne_) : ligne_);
+  ligne_.clear();
+}
+
 }  // namespace topomine

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ostream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 
@@ -16,5 +18,20 @@ std::string pour_lecteur(std::string_view texte);
 
 /// Says one line on standard error: "topodata : " and the text.
 void dire(std::string_view texte);
+
+/// While it lives, what the library lists on std::cout goes to `flux`, in the reader's encoding.
+class Listing : std::streambuf {
+ public:
+  explicit Listing(std::ostream& flux);
+  ~Listing() override;
+
+ private:
+  int_type overflow(int_type c) override;
+  void passer();
+
+  std::ostream& flux_;
+  std::string ligne_;  // not passed on yet
+  std::streambuf* avant_;
+};
 
 }  // namespace topomine

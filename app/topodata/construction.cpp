@@ -37,6 +37,7 @@ std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
 }
 
 Echelle lire_fichier_echelle(const std::string& fichier) {
+  inscrire_entree(fichier);
   std::ifstream flux(fichier, std::ios::binary);
   const std::string texte{std::istreambuf_iterator<char>(flux), {}};
   if (!flux) throw Erreur(fichier + " : echelle illisible");

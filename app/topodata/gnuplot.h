@@ -1,12 +1,12 @@
 #pragma once
 
-#include <iosfwd>
 #include <string>
 
 namespace topomine {
 
-/// Runs gnuplot on a script and lets it write its picture into the file `image`. Throws Erreur,
-/// with its complaint, when it is not installed or does not succeed.
-void dessiner(const std::string& script, const std::string& image);
+/// The picture that gnuplot writes on its standard output for a script. Nothing of the user's own
+/// settings has a part in it. Throws Erreur, with gnuplot's complaint, when it is not installed or
+/// does not succeed.
+std::string dessiner(const std::string& script);
 
 }  // namespace topomine

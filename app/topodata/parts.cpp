@@ -17,6 +17,8 @@ namespace topomine {
 namespace {
 
 void controler_options(const OptionsPartage& o) {
+  if (trouver_endroit(o.prefixe).flux >= 0)
+    throw Erreur("partage ecrit plusieurs fichiers : -o y donne le debut de leurs noms");
   const bool plis = o.plis || o.un_pli_par_base;
   if (o.ratio.has_value() == plis)
     throw Erreur(plis ? "--ratio et --plis s'excluent : les plis fixent la part de chaque partie"

@@ -2,7 +2,7 @@
 
 #include <unistd.h>
 
-#include <chrono>
+#include "app/topodata/console.h"
 
 namespace topomine {
 
@@ -18,34 +18,16 @@ void ecrire_ligne(const std::string& texte) {
 
 }  // namespace
 
-Progres::Progres() : terminal_(isatty(STDERR_FILENO) == 1) {
-  if (terminal_) fil_ = std::thread([this] { montrer(); });
-}
-
-Progres::~Progres() {
-  if (!terminal_) return;
-  {
-    const std::lock_guard garde(verrou_);
-    fini_ = true;
-  }
-  reveil_.notify_one();
-  fil_.join();
-}
+Progres::Progres() : terminal_(isatty(STDERR_FILENO) == 1) {}
 
 void Progres::etape(const std::string& texte) {
-  if (!terminal_) return;
-  {
-    const std::lock_guard garde(verrou_);
-    texte_ = texte;
-    change_ = true;
-  }
-  reveil_.notify_one();
+  constexpr std::chrono::seconds silence(1);
+  if (!terminal_ || std::chrono::steady_clock::now() - debut_ < silence) return;
+  ecrire_ligne(pour_lecteur(texte));
+  visible_ = true;
 }
 
 void Progres::effacer() {
-  if (!terminal_) return;
-  const std::lock_guard garde(verrou_);
-  texte_.clear();
   if (visible_) ecrire_ligne("");
   visible_ = false;
 }
@@ -55,20 +37,6 @@ void Progres::ecriture(const std::string& fichier) {
     effacer();
   else
     etape("ecriture de " + fichier);
-}
-
-void Progres::montrer() {
-  std::unique_lock garde(verrou_);
-  if (reveil_.wait_for(garde, std::chrono::seconds(1), [this] { return fini_; })) return;
-  while (!fini_) {
-    if (!texte_.empty()) {
-      ecrire_ligne(texte_);
-      visible_ = true;
-    }
-    change_ = false;
-    reveil_.wait(garde, [this] { return fini_ || change_; });
-  }
-  if (visible_) ecrire_ligne("");
 }
 
 }  // namespace topomine

@@ -1,19 +1,16 @@
 #pragma once
 
-#include <condition_variable>
-#include <mutex>
+#include <chrono>
 #include <string>
-#include <thread>
 
 namespace topomine {
 
-/// A line on standard error that says what is being done: only on a terminal, once the work has
-/// lasted over a second, and wiped away at the end. A thread writes it, since the library cannot be
-/// asked how far it is; it is not even started elsewhere than on a terminal.
+/// A line on standard error that says what is being done: only on a terminal, with the first step
+/// that begins once the work has lasted over a second, and wiped away at the end.
 class Progres {
  public:
   Progres();
-  ~Progres();
+  ~Progres() { effacer(); }
   Progres(const Progres&) = delete;
   Progres& operator=(const Progres&) = delete;
 
@@ -25,16 +22,9 @@ class Progres {
   void ecriture(const std::string& fichier);
 
  private:
-  void montrer();
-
   bool terminal_;
-  bool fini_ = false;
-  bool change_ = false;
   bool visible_ = false;
-  std::string texte_;
-  std::mutex verrou_;
-  std::condition_variable reveil_;
-  std::thread fil_;
+  std::chrono::steady_clock::time_point debut_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace topomine

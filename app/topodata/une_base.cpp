@@ -13,6 +13,7 @@ void options_une_base(CLI::App& commande, UneBase& choix) {
 }
 
 Base charger_une_base(UneBase& choix, Progres& progres) {
+  choix.nom = sans_barre(choix.nom);
   choix.cible.bases = choix.nom;
   if (choix.cible.noms() != std::vector{choix.nom})
     throw Erreur("base inconnue : '" + choix.nom + "'");

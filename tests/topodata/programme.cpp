@@ -15,7 +15,10 @@ namespace fs = std::filesystem;
 
 Resultat topodata(const std::vector<std::string>& arguments,
                   const std::function<void()>& preparer) {
-  return lancer(TOPODATA_PROGRAM, ".", arguments, preparer);
+  return lancer(TOPODATA_PROGRAM, ".", arguments, [&] {
+    setenv("LC_ALL", "C", 1);
+    preparer();
+  });
 }
 
 Resultat topodata_disque_plein(std::vector<std::string> arguments) {
@@ -23,7 +26,7 @@ Resultat topodata_disque_plein(std::vector<std::string> arguments) {
   arguments.insert(
       arguments.begin(),
       {"-c", "export GCOV_PREFIX=/dev/null; ulimit -f 2; exec \"$@\"", "sh", TOPODATA_PROGRAM});
-  return lancer("/bin/sh", ".", arguments, [] { std::signal(SIGXFSZ, SIG_IGN); });
+  return lancer("/bin/sh", ".", arguments);
 }
 
 std::string lire(const fs::path& fichier) {

@@ -9,7 +9,7 @@
 #include "tests/support/dossier.h"
 #include "tests/support/execution.h"
 
-/// Runs topodata; `preparer` is called in the new process.
+/// Runs topodata in the C locale; `preparer` is called in the new process.
 Resultat topodata(
     const std::vector<std::string>& arguments, const std::function<void()>& preparer = [] {});
 /// The same, on a disk that takes no file of more than a kilobyte, as far as it can tell.

@@ -5,8 +5,10 @@
 #include <pty.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <string>
+#include <thread>
 
 using namespace topomine;
 
@@ -58,6 +60,8 @@ TEST(Progres, SaysOnATerminalWhatLastsAndWipesItAway) {
   EXPECT_EQ(t.lire(), "") << "within a second nothing is said";
   {
     Progres p;
+    p.etape("bref");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1050));
     p.etape("chargement");
     EXPECT_EQ(t.lire("ment"), "\r\033[Kchargement");
     p.ecriture("out.csv");

@@ -8,6 +8,7 @@
 #include "base/base.h"
 #include "base/lecture/chargement.h"
 #include "tests/topodata/programme.h"
+#include "texte/affichable.h"
 
 using namespace topomine;
 
@@ -112,7 +113,7 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   };
   EXPECT_EQ(avec_faux("echo 'Warning: x' >&2; echo ' line 1: y' >&2; exit 1\n"),
             "topodata : gnuplot a echoue : line 1: y\n");
-  EXPECT_EQ(avec_faux("exit 0\n"), "topodata : gnuplot a echoue\n");
+  EXPECT_EQ(avec_faux("exit 0\n"), "topodata : gnuplot a echoue, son image est incomplete\n");
   EXPECT_FALSE(std::filesystem::exists(png));
   if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
   const Resultat r = topodata(arguments);
@@ -155,6 +156,27 @@ TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
   for (const char* sorte : {"bloc", "face", "edge", "vertex", "piece", "raccord"})
     EXPECT_EQ(voir({"--sorte", sorte, "--element", "9999"}), "");
   EXPECT_EQ(voir({"--element", "9999"}), "");
+
+  // In the reader's encoding.
+  const std::string latin = capter([&] { base.Print(6, false); });
+  const struct {
+    const char *toutes, *caracteres, *langue;  // LC_ALL, LC_CTYPE, LANG
+    bool utf8;
+  } rangees[]{{"C.UTF-8", "C", "C", true},
+              {"", "xx_YY.utf8@euro", "C", true},  // not installed
+              {"", "", "C.UTF-8", true},
+              {"", "C", "C.UTF-8", false},
+              {"fr_FR.ISO-8859-1", "C.UTF-8", "C.UTF-8", false}};
+  for (const auto& r : rangees) {
+    const Resultat fait =
+        topodata({"voir", c.cas(), "nrm", "mesh_case_4/", "--sorte", "piece"}, [&] {
+          setenv("LC_ALL", r.toutes, 1);
+          setenv("LC_CTYPE", r.caracteres, 1);
+          setenv("LANG", r.langue, 1);
+        });
+    EXPECT_EQ(fait.sortie, r.utf8 ? en_utf8(latin) : latin);
+    EXPECT_NE(fait.sortie, r.utf8 ? latin : en_utf8(latin));
+  }
 
   std::string voisins = voir({"--voisins", "1"});
   EXPECT_TRUE(voisins.starts_with("Bloc 1 : " + std::to_string(base.vois_bloc(1).size()) +

@@ -1,0 +1,192 @@
+#include <gtest/gtest.h>
+#include <linux/capability.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <sstream>
+
+#include "app/topodata/sortie.h"
+#include "tests/topodata/programme.h"
+
+using namespace topomine;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// From here on the system has no files without a name.
+void sans_fichiers_anonymes() {
+  constexpr auto drapeaux = static_cast<std::uint32_t>(offsetof(seccomp_data, args) + 2 * 8);
+  constexpr std::uint32_t anonyme = O_TMPFILE & ~O_DIRECTORY;
+  sock_filter filtre[]{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, drapeaux),
+      BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, anonyme, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  sock_fprog programme{static_cast<unsigned short>(std::size(filtre)), filtre};
+  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+      prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &programme) != 0)
+    _exit(126);
+}
+
+/// What an ordinary user may not do, root may not do either after this.
+void sans_privilege(int capacite) {
+  prctl(PR_CAPBSET_DROP, capacite, 0, 0, 0);
+}
+
+/// A script in the folder of the collection: "u" is a resume of a base, "p" the program.
+Resultat par_le_shell(
+    const Collection& c, const std::string& script, const std::function<void()>& preparer = [] {}) {
+  return lancer("/bin/sh", c.dossier.string(),
+                {"-c",
+                 "export GCOV_PREFIX=/dev/null; p=$0; u() { $p resume cas nrm --bases mesh_case_1 "
+                 "\"$@\"; }; " +
+                     script,
+                 TOPODATA_PROGRAM},
+                preparer);
+}
+
+}  // namespace
+
+TEST(Fichiers, AreWrittenWhateverTheirNameAndTheUsersSettings) {
+  const Collection c;
+  const std::string resume = par_le_shell(c, "u").sortie;
+  const struct {
+    std::string script, contenu;  // of the file f; R is what resume writes
+  } rangees[]{
+      {"(echo a; u -o /dev/stdout; echo b) > f", "a\nRb\n"},
+      {"echo a > f; u -o /proc/self/fd/1 >> f", "a\nR"},
+      {"echo a > f; ln -s /dev/stdout l; u -o l >> f", "a\nR"},
+      {"exec 7> f; echo a >&7; u -o /dev/fd/7; echo b >&7", "a\nRb\n"},
+      {"u -o - > f", "R"},
+      {"umask 0222; u -o f", "R"},
+      {"umask 0777; u -o f; chmod 400 f", "R"},
+      {"n=$(printf %0255d 1); u -o $n; u -o $n; mv $n f", "R"},
+      {"mkfifo l; cat l > f & u -o l; wait", "R"},
+      {"echo long > f; ln -s f l; ln -s l m; u -o m; test -L m && test -L l", "R"},
+  };
+  for (const auto prepare : {+[] {}, +[] { sans_fichiers_anonymes(); }})
+    for (const auto& r : rangees) {
+      const Resultat fait = par_le_shell(c, r.script, [&] {
+        sans_privilege(CAP_DAC_OVERRIDE);
+        prepare();
+      });
+      EXPECT_EQ(fait.statut, 0) << r.script << fait.erreur;
+      EXPECT_EQ(fait.sortie + fait.erreur, "") << r.script;
+      std::string attendu = r.contenu;
+      attendu.replace(attendu.find('R'), 1, resume);
+      EXPECT_EQ(lire(c.dossier / "f"), attendu) << r.script;
+      EXPECT_EQ(par_le_shell(c, "rm -f f l m; ls -A").sortie, "cas\n") << r.script;
+    }
+}
+
+TEST(Fichiers, ThatCannotBeWrittenAreSaidAndNothingChanges) {
+  const Collection c;
+  const std::string sans_flux = " : ecriture impossible (Bad file descriptor)";
+  const std::string lu = " : la commande lit ce fichier, elle ne peut pas l'ecrire";
+  const std::string double_ = " : une autre sortie de la commande est ce meme fichier";
+  const struct {
+    std::string script, dit;
+  } rangees[]{
+      {"u >&-", "sortie standard" + sans_flux},
+      {"u -o /dev/stdout >&-", "/dev/stdout" + sans_flux},
+      {"u -o /dev/fd/7", "/dev/fd/7" + sans_flux},
+      {"u -o /dev/fd/7 7< /dev/null", "/dev/fd/7" + sans_flux},
+      {"$p --help >&-", "sortie standard" + sans_flux},
+      {"$p table --help > /dev/full",
+       "sortie standard : ecriture impossible (No space left on device)"},
+      {"$p voir cas nrm mesh_case_1/ > /dev/full",
+       "sortie standard : ecriture impossible (No space left on device)"},
+      {"$p verifie cas nrm >&-", "sortie standard" + sans_flux},
+      {"u -o cas/climite.cfg", "'cas/climite.cfg'" + lu},
+      {"u -o cas/mesh_case_2/../mesh_case_1/mesh_case_1_ext.face",
+       "'cas/mesh_case_2/../mesh_case_1/mesh_case_1_ext.face'" + lu},
+      {"ln -s cas/climite.cfg l; u -o l", "'l'" + lu},
+      {"ln cas/mesh_case_1/mesh_case_1.def l; u -o l", "'l'" + lu},
+      {"u >> cas/climite.cfg", "sortie standard" + lu},
+      {"$p covariance cas nrm -o z.png --image ./z.png", "'z.png'" + double_},
+      {"ln -s z.png l; $p covariance cas nrm -o l --image z.png", "'l'" + double_},
+      {"ln -s f_1.arff f_2.arff; $p partage cas nrm --ratio 1 -o f", "'f_2.arff'" + double_},
+      {"$p partage cas nrm --ratio 1 -o -",
+       "partage ecrit plusieurs fichiers : -o y donne le debut de leurs noms"},
+      {"u -o n$(printf %0255d 1) 2>&1 | tail -c 23 >&2; false", "(File name too long)"},
+      {"mkdir l; u -o l/", "l/ : ecriture impossible (Is a directory)"},
+      {"u -o absent/f", "absent/f : ecriture impossible (No such file or directory)"},
+      {"ulimit -f 1; $p table cas nrm -o f", "f : ecriture impossible (File too large)"},
+  };
+  const std::string avant = par_le_shell(c, "cat cas/*.cfg cas/*/*").sortie;
+  for (const auto& r : rangees) {
+    const Resultat fait = par_le_shell(c, r.script);
+    EXPECT_TRUE(fait.erreur.ends_with(r.dit + "\n")) << r.script << '\n' << fait.erreur;
+    EXPECT_EQ(fait.sortie, "");
+    EXPECT_NE(fait.statut, 0);
+    EXPECT_EQ(par_le_shell(c, "rm -rf l f_2.arff; ls -A").sortie, "cas\n") << r.script;
+  }
+  EXPECT_EQ(par_le_shell(c, "cat cas/*.cfg cas/*/*").sortie, avant);
+}
+
+TEST(Fichiers, KeepTheirOwnerWhereTheyMay) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  const Collection c;
+  const auto f = c.dossier / "f";
+  const auto remplacer = [&](mode_t droits, int sans) {
+    ecrire(f, "vieux");
+    if (chown(f.c_str(), 1234, 5678) != 0 || chmod(f.c_str(), droits) != 0) std::abort();
+    const std::string dit = par_le_shell(c, "u -o f", [&] {
+                              if (sans >= 0) sans_privilege(sans);
+                            }).erreur;
+    struct stat etat {};
+    stat(f.c_str(), &etat);
+    std::ostringstream texte;
+    texte << etat.st_uid << ' ' << etat.st_gid << ' ' << std::oct << etat.st_mode << ' ' << dit;
+    return texte.str();
+  };
+  EXPECT_EQ(remplacer(06750, -1), "1234 5678 100750 ");
+  EXPECT_EQ(remplacer(06664, CAP_CHOWN),
+            "0 0 100644 topodata : attention : f a change de proprietaire ou de groupe\n");
+}
+
+TEST(Fichiers, LeaveNothingBehindWhateverEndsTheProgram) {
+  const Dossier d;
+  d.ecrire("f", "vieux");
+  for (const auto prepare : {+[] {}, +[] { sans_fichiers_anonymes(); }})
+    for (int numero = 0; numero <= SIGRTMAX; ++numero) {
+      if (numero == SIGKILL || numero == SIGSTOP) continue;
+      const pid_t fils = fork();
+      if (fils == 0) {
+        const rlimit sans_image{0, 0};
+        setrlimit(RLIMIT_CORE, &sans_image);
+        static_cast<void>(std::signal(numero, SIG_DFL));
+        prepare();
+        try {
+          Sortie f(d.chemin() + "f"), g(d.chemin() + "g");
+          f.flux() << std::string(100000, 'x');
+          if (numero == 0) throw 0;
+          f.fermer();
+          raise(numero);
+        } catch (int) {
+        }
+        _exit(0);
+      }
+      int etat = 0;
+      // Those that stop the program, too, end it at last.
+      if (waitpid(fils, &etat, WUNTRACED) == fils && WIFSTOPPED(etat)) {
+        kill(fils, SIGTERM);
+        kill(fils, SIGCONT);
+        waitpid(fils, &etat, 0);
+      }
+      EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin()), {}), 1) << "signal " << numero;
+      EXPECT_EQ(d.lire("f"), "vieux");
+    }
+}
