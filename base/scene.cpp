@@ -5,6 +5,10 @@
 #include <string_view>
 #include <utility>
 
+#include "texte/affichable.h"
+
+using topomine::affichable;
+
 void Avion::clear() {
   *this = Avion{};
 }
@@ -13,8 +17,8 @@ void Avion::Print() const {
   // "Envirgure" stands before the fuselage width, and the wing area before the chord: readers of
   // these listings know them so.
   std::cout << "R\351f\351rences Avion\n"
-            << " Nom     : " << name_ << '\n'
-            << " Famille : " << family_ << '\n'
+            << " Nom     : " << affichable(name_) << '\n'
+            << " Famille : " << affichable(family_) << '\n'
             << " Longueur : " << fuse_length_ << '\n'
             << " Envirgure: " << fuse_width_ << '\n'
             << " Hauteur  : " << height_ << '\n'
@@ -49,10 +53,11 @@ void Piece::clear() {
 }
 
 void Piece::Print() const {
-  std::cout << "Piece : " << nom_ << " (" << fam_bc_ << ") , topologie en " << topology_ << '\n';
+  std::cout << "Piece : " << affichable(nom_) << " (" << affichable(fam_bc_) << ") , topologie en "
+            << topology_ << '\n';
   if (!specials_.empty()) {
     std::cout << "   particualrit\351s : ";
-    for (const std::string& special : specials_) std::cout << special << "   ";
+    for (const std::string& special : specials_) std::cout << affichable(special) << "   ";
     std::cout << '\n';
   }
   std::cout << '\n';
@@ -76,5 +81,6 @@ void Raccord::clear() {
 }
 
 void Raccord::Print() const {
-  std::cout << "Raccord " << pc1_ << " // " << pc2_ << " : " << type_ << '\n';
+  std::cout << "Raccord " << affichable(pc1_) << " // " << affichable(pc2_) << " : " << type_
+            << '\n';
 }

@@ -2,10 +2,12 @@
 // arguments.
 #include <charconv>
 #include <cstdint>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "tools/gen/ecriture.h"
 #include "topomine/version.h"
@@ -14,7 +16,7 @@ namespace {
 
 constexpr gen::Num blocs_min = 8, blocs_max = 1'000'000;
 
-constexpr std::string_view usage = "usage : make_cases DIR [--blocs N] [--graine S]\n";
+constexpr std::string_view usage = "usage : make_cases DIR [--blocs N] [--graine S] [--force]\n";
 
 constexpr std::string_view aide =
     "\n"
@@ -22,6 +24,7 @@ constexpr std::string_view aide =
     "mesh_case_8.\n"
     "  --blocs N    nombre de blocs de chaque base, de 8 a 1000000 (60 par defaut)\n"
     "  --graine S   entier positif ou nul qui fait varier les dimensions (1 par defaut)\n"
+    "  --force      ecrit meme si DIR n'est pas vide, par-dessus ce qui s'y trouve\n"
     "  --version    affiche la version\n"
     "Les memes arguments donnent les memes octets.\n"
     "\n"
@@ -36,7 +39,15 @@ struct Arguments {
   std::string dossier;
   gen::Num blocs = 60;
   std::uint64_t graine = 1;
+  bool force = false;
 };
+
+/// A folder that is not there yet, too.
+bool est_vide(const std::string& dossier) {
+  std::error_code erreur;
+  return std::filesystem::directory_iterator(dossier, erreur) ==
+         std::filesystem::directory_iterator();
+}
 
 /// The whole text as a number, or nothing.
 std::optional<std::uint64_t> entier(std::string_view texte) {
@@ -62,6 +73,8 @@ std::string lire_arguments(int argc, char** argv, Arguments& a) {
       } else {
         a.blocs = static_cast<gen::Num>(*n);
       }
+    } else if (mot == "--force") {
+      a.force = true;
     } else if (mot.starts_with('-')) {
       return "option inconnue " + mot;
     } else if (mot.empty() || !a.dossier.empty()) {
@@ -94,6 +107,11 @@ int main(int argc, char** argv) {
   Arguments a;
   if (const std::string refus = lire_arguments(argc, argv, a); !refus.empty()) {
     std::cerr << "make_cases : " << refus << '\n' << usage;
+    return 1;
+  }
+  if (!a.force && !est_vide(a.dossier)) {
+    std::cerr << "make_cases : " << a.dossier
+              << " n'est pas vide ; --force ecrit par-dessus ce qui s'y trouve\n";
     return 1;
   }
   try {

@@ -12,13 +12,14 @@ struct Matrice {
   std::vector<std::string> noms, cellules;
 };
 
-/// The words of a heat map.
+/// The words of a heat map, and its scale.
 struct Legende {
   std::string titre;
-  std::string couleurs;  ///< what the colours stand for
+  std::string couleurs;     ///< what the colours stand for
+  bool logarithme = false;  ///< for values of many magnitudes; signs are marked then
 };
 
-/// Throws Erreur unless a picture may have this name: it ends in .png or .svg.
+/// Throws Erreur unless a picture may have this name: it ends in .png or .svg, in any case.
 void controler_nom_image(const std::string& nom);
 
 /// Draws a matrix as a heat map, in the form that the picture's name asks for. Throws Erreur,

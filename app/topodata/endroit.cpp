@@ -43,9 +43,8 @@ Endroit trouver_endroit(const std::string& nom) {
   constexpr int liens_max = 40;  // as the system has it: more are a loop
   for (int i = 0; i <= liens_max; ++i) {
     const std::string fin = chemin.filename().string();
-    if (const auto [p, faute] = std::from_chars(fin.data(), fin.data() + fin.size(), e.flux);
-        faute == std::errc() && p == fin.data() + fin.size() && e.flux >= 0 &&
-        liste_les_flux(chemin.parent_path()))
+    std::from_chars(fin.data(), fin.data() + fin.size(), e.flux);
+    if (e.flux >= 0 && std::to_string(e.flux) == fin && liste_les_flux(chemin.parent_path()))
       return e;
     e.flux = -1;
     if (!fs::is_symlink(fs::symlink_status(chemin, erreur))) {

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <regex>
 #include <sstream>
 
+#include "app/topodata/carte.h"
+#include "app/topodata/sortie.h"
 #include "base/base.h"
 #include "base/lecture/chargement.h"
 #include "tests/topodata/programme.h"
@@ -109,12 +112,24 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   const auto avec_faux = [&](const std::string& corps) {
     ecrire(faux, "#!/bin/sh\n" + corps);
     std::filesystem::permissions(faux, std::filesystem::perms::owner_all);
-    return topodata(arguments, [&] { setenv("PATH", dossier.c_str(), 1); }).erreur;
+    return topodata(arguments,
+                    [&] {
+                      setenv("PATH", (dossier + ":/bin:/usr/bin").c_str(), 1);
+                      setenv("GNUTERM", "dumb", 1);
+                    })
+        .erreur;
   };
   EXPECT_EQ(avec_faux("echo 'Warning: x' >&2; echo ' line 1: y' >&2; exit 1\n"),
             "topodata : gnuplot a echoue : line 1: y\n");
   EXPECT_EQ(avec_faux("exit 0\n"), "topodata : gnuplot a echoue, son image est incomplete\n");
   EXPECT_FALSE(std::filesystem::exists(png));
+  // A disk that was full when it wrote, and another that takes the user's settings.
+  ecrire(png, "vieille");
+  EXPECT_EQ(avec_faux("printf '\\211PNG\\r\\n\\032\\nIDAT'\n"),
+            "topodata : gnuplot a echoue, son image est incomplete\n");
+  EXPECT_EQ(avec_faux("echo \"$*$GNUTERM\" >&2; exit 1\n"), "topodata : gnuplot a echoue : -d -\n");
+  EXPECT_EQ(lire(png), "vieille");
+  std::filesystem::remove(png);
   if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
   const Resultat r = topodata(arguments);
   EXPECT_EQ(r.sortie + r.erreur, "");
@@ -130,6 +145,41 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
                [] { setenv("FONTCONFIG_FILE", "/nulle/part", 1); });
   EXPECT_EQ(seule.erreur, "");
   EXPECT_EQ(seule.statut, 0);
+}
+
+TEST(Covariance, DrawsEveryNumberAndSaysAConstantOne) {
+  if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
+  const struct {
+    std::vector<std::string> cellules;
+    bool logarithme;
+    std::ptrdiff_t dessinees;  // cells, and the 128 colours of the scale
+    std::string dit;
+  } rangees[]{
+      {{"-1"}, false, 1, "partout -1<"},
+      {{"0", "0", "0", "0"}, true, 4, "partout 0<"},
+      {{"NaN", "NaN", "NaN", "1e+20"}, false, 1, "partout 1e+20<"},
+      {{"-1", "0.5", "0.5", "1"}, false, 132, ">-1<"},
+      {{"0", "1e-05", "-3", "1e+06"}, true, 132, ">1e+06<"},
+      {std::vector<std::string>(25, "inf"), false, 0, ""},
+  };
+  for (const auto& r : rangees) {
+    const std::vector<std::string> noms{"a", "l'autre", "c", "un_nom_plus_long_que_les_autres",
+                                        "e"};
+    const auto n = static_cast<std::ptrdiff_t>(std::sqrt(r.cellules.size()));
+    std::ostringstream image;
+    try {
+      dessiner_carte({{noms.begin(), noms.begin() + n}, r.cellules}, {"titre", "c", r.logarithme},
+                     "x.SVG", image);
+    } catch (const Erreur& e) {
+      EXPECT_STREQ(e.what(), "aucun attribut numerique a dessiner");
+    }
+    const std::string svg = image.str(),
+                      trace = svg.substr(std::min(svg.find("plot_1"), svg.size()));
+    const std::regex cellule("<polygon");
+    EXPECT_EQ(std::distance(std::sregex_iterator(trace.begin(), trace.end(), cellule), {}),
+              r.dessinees);
+    EXPECT_NE(svg.find(r.dit), std::string::npos) << svg;
+  }
 }
 
 TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
