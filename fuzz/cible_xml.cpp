@@ -70,6 +70,9 @@ void essayer(std::string_view entree, Marche marche, Fichier f) {
   PROMET(premiere.finie == seconde.finie && premiere.reussie == seconde.reussie);
   PROMET(image(premiere.base) == image(seconde.base));
   PROMET(doc.RootElement() || !premiere.finie);
+  PROMET(marche != parcourir_blocs || premiere.reussie == premiere.finie);
+  for (const auto& [famille, piece] : premiere.base.pieces)
+    PROMET((famille + piece._nom()).find('\0') == std::string::npos);
   comparer_strict(premiere, suivi, f);
   if (!premiere.finie) return;
 

@@ -192,9 +192,9 @@ class Tete {
     }
   }
 
-  /// The first one outside of the elements also settles how the rest is read: as UTF-8 unless it
-  /// names another encoding.
-  /// The parser itself reads it, entities and all: what it takes for UTF-8 is what counts.
+  /// The first declaration outside of the elements decides how the bytes after it are read: as
+  /// UTF-8 unless it names another encoding. The name may be spelt with entities, so the parser's
+  /// own class is asked to read it.
   bool declaration() {
     TiXmlDeclaration lue;
     const char* const apres = lue.Parse(p_, nullptr, codage_);
