@@ -177,14 +177,18 @@ std::string script_gnuplot(const Matrice& m, const Legende& legende, bool svg) {
 
 }  // namespace
 
+bool est_svg(const std::string& nom) {
+  return finit_par(nom, ".svg");
+}
+
 void controler_nom_image(const std::string& nom) {
-  if (!finit_par(nom, ".svg") && !finit_par(nom, ".png"))
+  if (!est_svg(nom) && !finit_par(nom, ".png"))
     throw Erreur("'" + nom + "' : une image se nomme .png ou .svg");
 }
 
 void dessiner_carte(const Matrice& m, const Legende& legende, const std::string& nom,
                     std::ostream& image) {
-  image << dessiner(script_gnuplot(m, legende, finit_par(nom, ".svg")));
+  image << dessiner(script_gnuplot(m, legende, est_svg(nom)));
 }
 
 }  // namespace topomine

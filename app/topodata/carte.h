@@ -21,6 +21,7 @@ struct Legende {
 
 /// Throws Erreur unless a picture may have this name: it ends in .png or .svg, in any case.
 void controler_nom_image(const std::string& nom);
+bool est_svg(const std::string& nom);
 
 /// Draws a matrix as a heat map, in the form that the picture's name asks for. Throws Erreur,
 /// before it writes anything, when there is nothing to draw or gnuplot does not do it.

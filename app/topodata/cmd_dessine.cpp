@@ -42,7 +42,7 @@ void executer(Options& o) {
   progres.etape("dessin");
   const Scene scene = scene_de(base, o.par);
   Sortie image(o.image);
-  dessiner(script_dessin(scene, vue, o.image.ends_with(".svg")), image.fichier());
+  image.flux() << dessiner(script_dessin(scene, vue, est_svg(o.image)));
   image.conclure();
   progres.effacer();
   for (const std::string& manque : scene.manques) dire(manque);
