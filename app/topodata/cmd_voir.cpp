@@ -9,9 +9,11 @@
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/console.h"
-#include "app/topodata/construction.h"
 #include "app/topodata/options.h"
+#include "app/topodata/recherche.h"
+#include "app/topodata/une_base.h"
 #include "base/base.h"
+#include "base/limites.h"
 #include "mesh/numbering.h"
 
 namespace topomine {
@@ -19,9 +21,9 @@ namespace topomine {
 namespace {
 
 struct Options {
-  Cible cible;
-  std::string base;
+  UneBase base;
   std::string sorte;
+  std::vector<std::string> cherche;
   std::optional<int> element, voisins, coins;
 };
 
@@ -80,6 +82,17 @@ void exiger_bloc(const Base& base, int b) {
     throw Erreur("bloc " + std::to_string(b) + " inexistant dans " + base.nom);
 }
 
+/// ", code 103, famille paroi_aile, BCCODE 1" for each code of a face.
+void voir_limites(const Base& base, const Face& face) {
+  for (const Limite& l : limites(base, face)) {
+    std::cout << ", code " << l.code;
+    if (!l.connue)
+      std::cout << " inconnu de climite.cfg";
+    else
+      std::cout << ", famille " << (l.famille.empty() ? "-" : l.famille) << ", BCCODE " << l.bccode;
+  }
+}
+
 void voir_voisins(const Base& base, int b) {
   exiger_bloc(base, b);
   const std::vector<int> voisins = base.vois_bloc(b);
@@ -99,7 +112,9 @@ void voir_voisins(const Base& base, int b) {
       std::cout << ' ' << face->second._bloc(n);
       seul = false;
     }
-    std::cout << (seul ? " bord\n" : "\n");
+    if (seul) std::cout << " bord";
+    if (face != base.faces.end()) voir_limites(base, face->second);
+    std::cout << '\n';
   }
 }
 
@@ -130,7 +145,7 @@ void montrer(const Base& base, const Options& o) {
   if (o.element) {
     if (!voir_element(base, o.sorte, *o.element))
       throw Erreur((o.sorte.empty() ? "element" : o.sorte) + " " + std::to_string(*o.element) +
-                   " inexistant dans " + o.base);
+                   " inexistant dans " + base.nom);
   } else if (!o.sorte.empty()) {
     base.Print(numero_sorte(o.sorte), false);
   } else if (!o.voisins && !o.coins) {
@@ -138,23 +153,26 @@ void montrer(const Base& base, const Options& o) {
   }
 }
 
+Base charger(UneBase& choix) {
+  Progres progres;
+  return charger_une_base(choix, progres);
+}
+
 void executer(Options& o) {
-  o.base = sans_barre(o.base);
-  o.cible.bases = o.base;
-  if (o.cible.noms() != std::vector{o.base}) throw Erreur("base inconnue : '" + o.base + "'");
   if (o.element && o.sorte == "avion") throw Erreur("une base n'a qu'un avion, sans numero");
-  controler(o.cible);
-  Base base(o.base, o.cible.chemin, o.cible.mode);
-  {
-    Progres progres;
-    charger_base(base, progres);
-  }
+  Base base = charger(o.base);
+  std::size_t trouves = 0;
   Sortie sortie("");
   {
     const Listing listing(sortie.flux());
-    montrer(base, o);
+    if (o.cherche.empty())
+      montrer(base, o);
+    else
+      trouves = chercher_blocs(base, o.cherche, std::cout);
   }
   sortie.conclure();
+  if (!o.cherche.empty())
+    dire(std::to_string(trouves) + " bloc(s) sur " + std::to_string(base.blocs.size()));
 }
 
 }  // namespace
@@ -162,8 +180,7 @@ void executer(Options& o) {
 void ajouter_voir(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("voir", "Montre ce que contient une base");
-  options_cible(*c, o->cible, false);
-  c->add_option("BASE", o->base, "Nom de la base")->required();
+  options_une_base(*c, o->base);
   c->add_option("--sorte", o->sorte, "Une seule sorte d'element")
       ->check(CLI::IsMember(std::vector<std::string>(sortes.begin(), sortes.end())));
   const auto option_numero = [&](const char* nom, const char* description, auto& valeur) {
@@ -173,11 +190,21 @@ void ajouter_voir(CLI::App& app, int&) {
   option_numero("--element",
                 "Un seul element : son numero, ou son rang pour une piece ou un raccord",
                 o->element);
-  option_numero("--voisins", "Les blocs voisins de ce bloc, face par face", o->voisins);
+  option_numero("--voisins", "Les voisins de ce bloc et les conditions aux limites, face par face",
+                o->voisins);
   option_numero("--coins", "Les sommets des huit coins de ce bloc", o->coins);
+  auto* cherche = c->add_option("--cherche", o->cherche,
+                                "Les blocs qui remplissent ces conditions, separees par des "
+                                "virgules ; se repete")
+                      ->allow_extra_args(false);
+  for (const char* autre : {"--sorte", "--element", "--voisins", "--coins"})
+    cherche->excludes(c->get_option(autre));
   c->footer(
-      "Exemple :\n"
-      "  topodata voir cas/ nrm mesh_case_2 --sorte bloc --element 3 --voisins 3");
+      "Une condition : ATTRIBUT et < <= > >= = ou != et un nombre, comme dans la table ; TypeC ou\n"
+      "!TypeC ; famille=NOM, code=N ou BCCODE=N (ou !=), ce que portent les faces du bloc.\n"
+      "Exemples :\n"
+      "  topodata voir cas/ nrm mesh_case_2 --sorte bloc --element 3 --voisins 3\n"
+      "  topodata voir cas/ nrm mesh_case_2 --cherche 'erikson<0.6,famille=paroi_aile'");
   c->callback([o] { executer(*o); });
 }
 

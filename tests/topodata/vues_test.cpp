@@ -233,6 +233,17 @@ TEST(Voir, ShowsTheListingsAndAnswersFromTheQueries) {
                                   " voisin(s)\n  i-min : face " +
                                   std::to_string(base.blk_face(1, 0)) + " :"))
       << voisins;
+  // Which boundary each face is.
+  for (int i = 0; i < 6; ++i) {
+    const Face& face = base.faces.at(base.blk_face(1, i));
+    if (face.nb_bloc() > 1) continue;
+    const int code = face._BC(0);
+    EXPECT_NE(voisins.find("face " + std::to_string(face._id()) + " : bord, code " +
+                           std::to_string(code) + ", famille " + base._CL(code, "Family") +
+                           ", BCCODE " + base._CL(code, "BCCODE") + '\n'),
+              std::string::npos)
+        << voisins;
+  }
   const std::string coins = voir({"--coins", "1"});
   EXPECT_EQ(std::ranges::count(coins, '\n'), 9);
   EXPECT_NE(
