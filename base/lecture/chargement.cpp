@@ -23,7 +23,7 @@ std::string sur_une_ligne(std::string texte) {
 /// Keeps what is said; traces are of no use afterwards.
 class Memoire final : public Journal {
  public:
-  explicit Memoire(Chargement& c) : c_(c) {}
+  Memoire(Chargement& c, bool tranches) : c_(c), tranches_(tranches) {}
   void ouverture(const std::string& fichier) override { c_.fichier = fichier; }
   void illisible(const std::string& fichier, bool /*ligne_neuve*/) override {
     c_.dit = sur_une_ligne("probleme de lecture du fichier " + fichier);
@@ -34,6 +34,12 @@ class Memoire final : public Journal {
     c_.dit = sur_une_ligne(std::string(ligne));
     if (!c_.fichier.empty()) c_.dit += " (" + c_.fichier + ")";
   }
+  bool par_tranches() override {
+    coupe_ = coupe_ || tranches_;
+    return tranches_;
+  }
+  /// Something was read by slices, or would have been.
+  bool coupe() const { return coupe_; }
   void faute(const Faute& faute) override {
     c_.dit = sur_une_ligne(faute.texte());
     throw FauteStructure{};
@@ -41,21 +47,40 @@ class Memoire final : public Journal {
 
  private:
   Chargement& c_;
+  bool tranches_, coupe_ = false;
 };
 
-}  // namespace
-
-Chargement charger(Base& base) {
-  base._disp(false);
+/// tranches: may be read by slices; false afterwards when nothing was.
+Chargement lire(Base& base, bool& tranches) {
   Chargement c;
-  Memoire journal(c);
+  Memoire journal(c, tranches);
   try {
     c.fait = lire_base(base, journal);
     if (!c.fait && c.dit.empty()) c.dit = "memoire insuffisante";
   } catch (const FauteStructure&) {
     c.fait = false;
   }
+  tranches = journal.coupe();
   return c;
+}
+
+bool est_vierge(const Base& base) {
+  return base.blocs.empty() && base.faces.empty() && base.edges.empty() && base.vrtxs.empty() &&
+         base.pieces.empty() && base.raccords.empty();
+}
+
+}  // namespace
+
+Chargement charger(Base& base) {
+  base._disp(false);
+  bool tranches = est_vierge(base);
+  const Chargement c = lire(base, tranches);
+  if (c.fait || !tranches) return c;
+  // What is wrong with a document that was cut is said as of a whole one.
+  base = Base(base.nom, base.chemin, base.type);
+  base._disp(false);
+  tranches = false;
+  return lire(base, tranches);
 }
 
 }  // namespace topomine

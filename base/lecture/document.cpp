@@ -9,6 +9,7 @@
 #include "base/lecture/fichier.h"
 #include "base/lecture/journal.h"
 #include "base/lecture/limites_xml.h"
+#include "base/lecture/tranches.h"
 
 namespace topomine {
 
@@ -25,19 +26,19 @@ void normaliser_fins_de_ligne(std::string& texte) {
   texte.resize(ecrit);
 }
 
-bool charger(const std::string& fichier, TiXmlDocument& doc) {
-  std::string texte;
-  return lire_fichier(fichier, texte) == Lecture::faite && analyser_xml(std::move(texte), doc);
+/// The text as the parser sees it: it ends at its first NUL. In UTF-8 the parser takes up to four
+/// bytes at once without a look at the last ones: a text that ends within a character must not lead
+/// it further.
+void preparer(std::string& texte) {
+  normaliser_fins_de_ligne(texte);
+  texte.resize(std::strlen(texte.c_str()));
+  texte.append(4, '\0');
 }
 
 }  // namespace
 
 bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi) {
-  normaliser_fins_de_ligne(texte);
-  // The text ends at its first NUL. In UTF-8 the parser takes up to four bytes at once without a
-  // look at the last ones: a text that ends within a character must not lead it further.
-  texte.resize(std::strlen(texte.c_str()));
-  texte.append(4, '\0');
+  preparer(texte);
   if (!xml_lisible(texte)) return false;
   doc.Clear();
   doc.SetTabSize(suivi ? 1 : 0);
@@ -49,10 +50,18 @@ bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec 
                    Journal& journal) {
   journal.ouverture(fichier);
   try {
-    TiXmlDocument doc;
-    if (charger(fichier, doc)) {
-      journal.trace("done. ");
-      return marche(base, doc, fichier, journal);
+    std::string texte;
+    if (lire_fichier(fichier, texte) == Lecture::faite) {
+      if (texte.size() > taille_a_couper && journal.par_tranches()) {
+        preparer(texte);
+        if (Tranches tranches(texte, taille_tranche); tranches.commencer())
+          return marche(base, tranches.document(), fichier, journal);
+      }
+      TiXmlDocument doc;
+      if (analyser_xml(std::move(texte), doc)) {
+        journal.trace("done. ");
+        return marche(base, doc, fichier, journal);
+      }
     }
   } catch (const std::exception&) {
     // No memory for the document or for what it holds: it could not be loaded.

@@ -43,6 +43,9 @@ class Journal {
   virtual void echec(std::string_view ligne) = 0;
   /// The reading cannot even end: throws, or the program is aborted when it returns.
   virtual void faute(const Faute& faute) = 0;
+  /// A large document may be read slice by slice: an earlier part of it is told of, and stored,
+  /// before it is known whether a later one can be read.
+  virtual bool par_tranches() { return false; }
   /// Null in a run.
   virtual JournalStrict* strict() { return nullptr; }
 };

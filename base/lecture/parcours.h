@@ -9,6 +9,7 @@
 
 #include "base/base.h"
 #include "base/lecture/journal.h"
+#include "base/lecture/tranches.h"
 #include "texte/nombres.h"
 
 namespace topomine {
@@ -32,7 +33,10 @@ class Parcours {
   void sorte(const char* sorte);
   /// The entities that a list holds: each of its children, whatever its name.
   Noeud premiere(Noeud liste) { return liste ? entite(liste->FirstChild()) : nullptr; }
-  Noeud suivante(Noeud precedente) { return entite(precedente->NextSibling()); }
+  Noeud suivante(Noeud precedente) {
+    const Noeud n = precedente->NextSibling();
+    return entite(n ? n : dans_la_tranche_suivante(*precedente));
+  }
   /// Reads the entity's "Ident"; messages name it by this number from now on.
   int ident(Noeud n);
   /// Stores a copy of the entity under its "Ident", replacing an earlier one. One whose number a

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <tinyxml.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace topomine {
+
+// A parsed document takes sixteen times the room of its text. Where nobody is told anything before
+// all is read, a large one is parsed slice by slice instead, each with a part of the entities.
+
+/// Text of a slice, about: what it becomes fits a processor's cache, and the parser is as fast as
+/// on whole documents; with slices of a megabyte it takes twice the time.
+inline constexpr std::size_t taille_tranche = std::size_t{1} << 15;
+
+/// Texts below this are not worth cutting.
+inline constexpr std::size_t taille_a_couper = std::size_t{1} << 18;
+
+/// Where a document can be cut: `bornes` are the ends of the parts of its top element's content,
+/// the first one its beginning. Empty unless the document is plain: a declaration at most, then one
+/// element with nothing around it, no tag with attributes, no comment, no other markup.
+struct Coupe {
+  std::string_view nom;  ///< of the top element
+  std::vector<std::size_t> bornes;
+};
+Coupe reperer_coupe(std::string_view texte, std::size_t taille);
+
+/// A document by slices. While it stands, what belongs to the slice before is gone.
+class Tranches {
+ public:
+  /// `texte` is as analyser_xml wants it.
+  Tranches(std::string texte, std::size_t taille);
+  Tranches(const Tranches&) = delete;
+  Tranches& operator=(const Tranches&) = delete;
+
+  /// False when the text is not to be cut, or its first slice is not well-formed.
+  bool commencer();
+  const TiXmlDocument& document() const { return doc_; }
+  /// The first entity of the next slice, null at the end. Throws std::runtime_error at one that is
+  /// not well-formed.
+  const TiXmlNode* suivante();
+
+ private:
+  bool analyser();
+
+  std::string texte_;
+  Coupe coupe_;
+  std::size_t rang_ = 0;
+  TiXmlDocument doc_;
+  Tranches* moi_ = this;  // what the nodes lead back to
+};
+
+/// The entity after the last one of a slice; null when the document has no slices.
+const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere);
+
+}  // namespace topomine
