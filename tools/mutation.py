@@ -10,7 +10,8 @@ fault; nothing else, nothing on standard error that a sanitizer would write, not
 10 s of processor time, not with more than 1 GiB. Collections that broke a promise are kept. The same
 arguments make the same faults. Status 0 when every run kept its promises. With --verifie the
 program is topodata, which goes on after every fault: its statuses are 0, 1 and 2, it never aborts,
-and where it finds no error (0 or 1) the topomine beside it ends with status 0.
+where it finds no error (0 or 1) the topomine beside it ends with status 0, and where it says nothing
+that it did not say of the sound collection the table is that of the sound collection.
 """
 import argparse
 import collections
@@ -56,6 +57,8 @@ OCTETS = {
     "nuls": (tranche, lambda v, h: b"\0" * h.choice([1, len(v)])),
     "coupe": (lambda o, h: (place(o, h, rb"[<>;\n/\"?!]")[h.randrange(2)], len(o)), lambda v, h: b""),
     "nombre": (lambda o, h: place(o, h, rb"(?<=[>;])[-+.\deE]+(?=[<;])"), lambda v, h: h.choice(NOMBRES)),
+    "chiffre": (lambda o, h: place(o, h, rb"(?<=[>;\d.])\d"),  # nothing but the meaning changes
+                lambda v, h: b"%d" % h.choice([c for c in range(10) if b"%d" % c != v])),
     "texte long": (lambda o, h: (place(o, h, rb"[>;]")[1],) * 2,
                    lambda v, h: h.choice([b"9", b"a", b" ", b"\xe9", b"-", b"&lt;"]) * 300000),
     "balise": (lambda o, h: place(o, h, rb"</?\w+>"),
@@ -106,16 +109,16 @@ def muter(saine, dossier, hasard):
     return faits
 
 
-def lancer(args, commande, erreurs):
-    """Runs a command: its status, seconds of work, KiB; standard error goes to the file `erreurs`."""
+def lancer(args, commande, erreurs, sortie=os.devnull):
+    """Runs a command: its status, seconds of work, KiB; its output goes to the files."""
     def limiter():
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
         resource.setrlimit(resource.RLIMIT_CPU, (LIMITE_S + 5, LIMITE_S + 5))
         if not args.asan:
             resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
-    with open(erreurs, "wb") as flux:
-        fils = subprocess.Popen(commande, stdin=subprocess.DEVNULL,
-                                stdout=subprocess.DEVNULL, stderr=flux, preexec_fn=limiter)
+    with open(erreurs, "wb") as flux, open(sortie, "wb") as dit:
+        fils = subprocess.Popen(commande, stdin=subprocess.DEVNULL, stdout=dit, stderr=flux,
+                                preexec_fn=limiter)
     # Not fils.kill: it would wait for the program itself, and take its figures away.
     garde = threading.Timer(ATTENTE_S, os.kill, (fils.pid, signal.SIGKILL))
     garde.start()
@@ -138,18 +141,38 @@ def verdict(statut, secondes, kio, erreur, verifie):
     return f"fin {statut}", f"fin inattendue {statut}"
 
 
+def dire(args, dossier, temp, *commande):
+    """Status of a topodata command and what it writes, without the folder's name."""
+    statut = lancer(args, [args.programme, *commande[:1], f"{dossier}/", "nrm", *commande[1:]],
+                    temp / "err", temp / "dit")[0]
+    return statut, (temp / "dit").read_bytes().replace(bytes(dossier), b"")
+
+
+def ecart_de_table(args, dossier, temp, dit):
+    """What `verifie`, which found no error and said `dit`, has let pass."""
+    topomine = pathlib.Path(args.programme).with_name("topomine")
+    if lancer(args, [str(topomine), f"{dossier}/", "nrm", "out"], os.devnull)[0] != 0:
+        return "verifie n'y voit pas d'erreur, topomine echoue"
+    if dit == args.dit and dire(args, dossier, temp, "table", "--format", "csv") != args.table:
+        return "verifie n'en dit rien, la table est autre"
+    return None
+
+
 def essayer(args, saine, n):
     """One run: what was done, its outcome, the promise that it broke, seconds and KiB."""
     with tempfile.TemporaryDirectory() as temp:
-        dossier, err = pathlib.Path(temp, "cases"), pathlib.Path(temp, "err")
+        temp = pathlib.Path(temp)
+        dossier, err = temp / "cases", temp / "err"
         shutil.copytree(saine, dossier)
         faits = muter(saine, dossier, random.Random(args.graine * 1_000_003 + n)).values()
-        donnees, programme = [f"{dossier}/", "nrm"], pathlib.Path(args.programme)
-        run = [str(programme.with_name("topomine") if args.verifie else programme), *donnees, "out"]
-        statut, secondes, kio = lancer(args, [str(programme), "verifie", *donnees] if args.verifie else run, err)
+        donnees = [f"{dossier}/", "nrm"]
+        commande = ["verifie", *donnees] if args.verifie else [*donnees, "out"]
+        statut, secondes, kio = lancer(args, [args.programme, *commande], err, temp / "dit")
+        dit = (temp / "dit").read_bytes().replace(bytes(dossier), b"")
         mot, rompu = verdict(statut, secondes, kio, err.read_bytes(), args.verifie)
-        if args.verifie and statut in (0, 1) and lancer(args, run, os.devnull)[0] != 0:
-            rompu = "verifie n'y voit pas d'erreur, topomine echoue"
+        if args.verifie and not rompu and statut in (0, 1):
+            rompu = ecart_de_table(args, dossier, temp, dit)
+            mot += "" if dit != args.dit else ", rien de dit"
         if rompu:
             garde = args.garde / f"essai_{args.graine}_{n}"
             shutil.copytree(dossier, garde, symlinks=True, dirs_exist_ok=True, ignore=lambda d, noms: [
@@ -163,6 +186,7 @@ def main():
     p = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     p.add_argument("--programme", required=True)
     p.add_argument("--make-cases", required=True)
+    p.add_argument("--cas", type=pathlib.Path, help="a sound collection instead of one that is made")
     p.add_argument("--nombre", type=int, default=1000)
     p.add_argument("--graine", type=int, default=1)
     p.add_argument("--jobs", type=int, default=2)
@@ -173,9 +197,15 @@ def main():
     args.asan = b"__asan_init" in pathlib.Path(args.programme).read_bytes()
     with tempfile.TemporaryDirectory() as temp, ThreadPoolExecutor(args.jobs) as file:
         saine = pathlib.Path(temp) / "cases"
-        subprocess.run([args.make_cases, str(saine), "--blocs", "8"], check=True)
+        if args.cas:
+            shutil.copytree(args.cas, saine)
+        else:
+            subprocess.run([args.make_cases, str(saine), "--blocs", "8"], check=True)
         for f in saine.glob("*/*_*_[em][xi]*"):  # the other modes
             f.unlink()
+        if args.verifie:
+            args.dit = dire(args, saine, pathlib.Path(temp), "verifie")[1]
+            args.table = dire(args, saine, pathlib.Path(temp), "table", "--format", "csv")
         fins = list(file.map(lambda n: essayer(args, saine, n), range(args.nombre)))
     rompues = sum(1 for f in fins if f[1])
     print(f"{len(fins)} essais, le plus long {max(f[2] for f in fins):.2f} s, "
