@@ -27,10 +27,12 @@ constexpr double facteur_moyen = 2;
 constexpr double part_gauche = 0.25;
 /// Its square, summed over neighbours, still is a number.
 constexpr double grand = 1e150;
-/// Files give ten digits: this is what a recomputed value may be off by, for one of size 1 ...
-constexpr double precision = 1e-6;
-/// ... and for an edge that is small beside its coordinates.
-constexpr double precision_places = 1e-9;
+/// Files of ten digits give values to this, for one of size 1 ...
+constexpr double precision = 2e-9;
+/// ... and corners to this, beside their coordinates: three edges, two ends each.
+constexpr double precision_places = 4e-9;
+/// Files with fewer digits: eight, seven.
+constexpr double moins_precis[]{1, 100, 10};  // each on top of the one before
 constexpr double hors_erikson = 1e-9;
 
 constexpr std::size_t nb_valeurs = 5;
@@ -137,18 +139,23 @@ class Volumes {
 
   /// Where the values of (nearly) all blocks can be had from their corners, the others are odd.
   void recalculer() {
-    std::vector<int> autres;
-    std::size_t juges = 0;
-    for (int b = 0; b < nb(); ++b) {
-      Bloc& k = bloc(b);
-      if (!k.coins_surs || k.gauche()) continue;
-      ++juges;
-      for (std::size_t i = 0; i < nb_valeurs; ++i) k.differe = k.differe || k.ecarte(i);
-      if (k.differe) autres.push_back(b);
+    for (const double facteur : moins_precis) {
+      std::vector<int> autres;
+      std::size_t juges = 0;
+      for (int b = 0; b < nb(); ++b) {
+        Bloc& k = bloc(b);
+        k.differe = false;
+        if (!k.coins_surs || k.gauche()) continue;
+        ++juges;
+        k.tolerance *= facteur;
+        for (std::size_t i = 0; i < nb_valeurs; ++i) k.differe = k.differe || k.ecarte(i);
+        if (k.differe) autres.push_back(b);
+      }
+      if (autres.empty() || juges < 2 || sommet_deplace(autres, juges) ||
+          autres.size() <= std::max<std::size_t>(1, juges / 10))
+        return;
     }
-    if (autres.empty() || juges < 2 || sommet_deplace(autres, juges)) return;
-    if (autres.size() > std::max<std::size_t>(1, juges / 10))
-      for (const int b : autres) bloc(b).differe = false;  // they are curved
+    for (Bloc& k : blocs_) k.differe = false;  // they are curved
   }
 
   /// All the blocks of a vertex, and they alone, differ in their volume.

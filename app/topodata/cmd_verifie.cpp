@@ -85,13 +85,40 @@ void resumer(const Rapport& rapport, const Regarde& regarde) {
             << regarde.fichiers << " fichier(s), " << regarde.entites << " entite(s) lus\n";
 }
 
+/// climite.cfg, then base by base.
+void verifier_collection(const Options& o, Rapport& rapport, Regarde& regarde) {
+  const std::string& chemin = o.cible.chemin;
+  Voisinage voisinage{lire_config(chemin), dossiers(chemin), {}};
+  regarde.fichiers += voisinage.config.lue;
+  rapport.ajouter(verifier(voisinage.config));
+  const auto absente = [&](const std::string& nom) {
+    std::error_code erreur;
+    return !std::filesystem::is_directory(chemin + nom, erreur);
+  };
+  const std::vector<std::string> noms = o.cible.noms();
+  if (std::ranges::all_of(noms, absente))
+    return rapport.ajouter({{Code::base_absente, chemin, 1, "dossier", "",
+                             "aucune des bases n'y est (" + noms.front() + " ...)"}});
+  Progres progres;
+  for (const std::string& nom : noms) {
+    if (absente(nom)) {
+      rapport.ajouter({{Code::base_absente, chemin + nom, 1, "base", nom, "absente"}});
+      continue;
+    }
+    progres.etape("verification de " + nom);
+    ++regarde.bases;
+    std::vector<Constat> constats = verifier_base(o, nom, voisinage, regarde);
+    progres.effacer();
+    rapport.ajouter(std::move(constats));
+  }
+}
+
 int executer(Options& o) {
   if (!o.explique.empty()) return expliquer_code(o.explique);
   if (o.cible.chemin.empty()) throw CLI::RequiredError("CHEMIN");
   if (o.modes.empty() && o.cible.mode.empty()) throw CLI::RequiredError("MODE");
   if (o.modes.empty()) o.modes.push_back(o.cible.mode);
   if (o.cible.mode.empty()) o.cible.mode = o.modes.front();
-  Progres progres;
   controler(o.cible, !o.cible.bases);
   Sortie sortie(o.fichier);
   std::unique_ptr<Rapport> rapport;
@@ -100,33 +127,9 @@ int executer(Options& o) {
   else
     rapport = std::make_unique<RapportTexte>(sortie.flux(), o.choix);
   Regarde regarde;
-  Voisinage voisinage{lire_config(o.cible.chemin), dossiers(o.cible.chemin), {}};
-  regarde.fichiers += voisinage.config.lue;
-  rapport->ajouter(verifier(voisinage.config));
-  const auto absente = [&](const std::string& nom) {
-    std::error_code erreur;
-    return !std::filesystem::is_directory(o.cible.chemin + nom, erreur);
-  };
-  const std::vector<std::string> noms = o.cible.noms();
-  if (std::ranges::all_of(noms, absente)) {
-    rapport->ajouter({{Code::base_absente, o.cible.chemin, 1, "dossier", "",
-                       "aucune des bases n'y est (" + noms.front() + " ...)"}});
-  } else {
-    for (const std::string& nom : noms) {
-      if (absente(nom)) {
-        rapport->ajouter({{Code::base_absente, o.cible.chemin + nom, 1, "base", nom, "absente"}});
-        continue;
-      }
-      progres.etape("verification de " + nom);
-      ++regarde.bases;
-      std::vector<Constat> constats = verifier_base(o, nom, voisinage, regarde);
-      progres.effacer();
-      rapport->ajouter(std::move(constats));
-    }
-  }
+  verifier_collection(o, *rapport, regarde);
   rapport->finir();
   sortie.conclure();
-  progres.effacer();
   resumer(*rapport, regarde);
   return rapport->statut();
 }

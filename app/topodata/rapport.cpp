@@ -5,6 +5,8 @@
 #include <ostream>
 #include <utility>
 
+#include "app/topodata/console.h"
+#include "texte/affichable.h"
 #include "texte/nombres.h"
 
 namespace topomine {
@@ -24,15 +26,16 @@ namespace {
 constexpr std::size_t un_par_un = 3;  // of a kind, in one file
 constexpr std::size_t lignes_citees = 10;
 
-void ecrire_marques(std::ostream& out, const Fiche& f) {
-  out << " [" << nom(f.gravite) << "] [" << nom(f.code) << "]\n";
+void ecrire_ligne(std::ostream& out, const Constat& c, const std::string& quoi) {
+  const Fiche& f = fiche(c.code);
+  std::string ligne = c.fichier + ':' + std::to_string(c.ligne) + ": " + quoi;
+  ligne.append(" [").append(nom(f.gravite)).append("] [").append(nom(f.code)).append("]");
+  out << pour_lecteur(ligne) << '\n';
 }
 
 void ecrire_constat(std::ostream& out, const Constat& c) {
-  const Fiche& f = fiche(c.code);
-  out << c.fichier << ':' << c.ligne << ": " << c.sorte << (c.numero.empty() ? "" : " ") << c.numero
-      << ": " << c.quoi << "; " << f.remede;
-  ecrire_marques(out, f);
+  std::string quoi = c.sorte + (c.numero.empty() ? "" : " ") + c.numero + ": " + c.quoi + "; ";
+  ecrire_ligne(out, c, quoi.append(fiche(c.code).remede));
 }
 
 /// The findings of one kind in one file.
@@ -44,12 +47,11 @@ struct Groupe {
 void ecrire_autres(std::ostream& out, const Groupe& g) {
   const Constat& premier = *g.constats[un_par_un];
   const std::size_t autres = g.constats.size() - un_par_un;
-  out << premier.fichier << ':' << premier.ligne << ": " << premier.sorte << ": et " << autres
-      << (autres == 1 ? " autre, ligne " : " autres, lignes ");
+  std::string quoi = premier.sorte + ": et " + std::to_string(autres) + " autres, lignes ";
   for (std::size_t i = 0; i < autres && i < lignes_citees; ++i)
-    out << (i == 0 ? "" : ", ") << g.constats[un_par_un + i]->ligne;
-  out << (autres > lignes_citees ? ", ..." : "") << "; " << fiche(premier.code).titre;
-  ecrire_marques(out, fiche(premier.code));
+    quoi += (i == 0 ? "" : ", ") + std::to_string(g.constats[un_par_un + i]->ligne);
+  quoi += autres > lignes_citees ? ", ...; " : "; ";
+  ecrire_ligne(out, premier, quoi.append(fiche(premier.code).titre));
 }
 
 }  // namespace
@@ -69,27 +71,6 @@ void RapportTexte::ecrire(const std::vector<Constat>& constats) {
 }
 
 namespace {
-
-/// Texts come from files: what is not UTF-8 is taken for ISO-8859-1.
-std::string en_utf8(const std::string& texte) {
-  using nlohmann::json;
-  try {
-    static_cast<void>(json(texte).dump());
-    return texte;
-  } catch (const json::type_error&) {
-    std::string utf8;
-    for (const char c : texte) {
-      const auto u = static_cast<unsigned char>(c);
-      if (u < 0x80) {
-        utf8 += c;
-      } else {
-        utf8 += static_cast<char>(0xC0 | u >> 6);
-        utf8 += static_cast<char>(0x80 | (u & 0x3F));
-      }
-    }
-    return utf8;
-  }
-}
 
 nlohmann::ordered_json en_json(const Constat& c) {
   const Fiche& f = fiche(c.code);
