@@ -58,7 +58,9 @@ void regle_pieces(Examen& x) {
     return;
   }
   bool une_inconnue = false;
-  for (const auto& [famille, piece] : pieces) {
+  for (const auto& entree : pieces) {
+    const std::string& famille = entree.first;  // clang 14 captures no structured binding
+    const Piece& piece = entree.second;
     const auto dire = [&](Code code, const std::string& quoi) {
       x.r.signaler(code, fic_def, x.r.lignes_pieces[famille], "piece", piece._nom(),
                    "famille " + entre_apostrophes(famille) + quoi);
