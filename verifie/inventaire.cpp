@@ -110,6 +110,8 @@ class Inventaire {
   void visiter(const TiXmlNode& n, const Contenu& contenu) {
     unsigned vus = 0;
     std::size_t attendu = 0;  // they mostly come in the order of the list
+    // The next element of the list that stands open, looked for once: n is no answer yet.
+    const TiXmlNode* suite = &n;
     const std::size_t nb = contenu.mots.size();
     for (const TiXmlNode* e = n.FirstChild(); e; e = e->NextSibling()) {
       if (!e->ToElement()) {
@@ -119,9 +121,11 @@ class Inventaire {
       std::size_t i = 0;
       while (i < nb && !est(contenu.mots[(attendu + i) % nb], e->Value())) ++i;
       if (i == nb) {
-        const bool coupe = contenu.mots[attendu].fois == Fois::debut &&
-                           e->NextSibling(std::string(contenu.mots[attendu].nom));
-        if (coupe) continue;  // said of the list that it ends
+        if (suite == &n)
+          suite = contenu.mots[attendu].fois == Fois::debut
+                      ? e->NextSibling(std::string(contenu.mots[attendu].nom))
+                      : nullptr;
+        if (suite) continue;  // said of the list that it ends
         if (!contenu.libre || (vus == 0 && contenu.mots[0].fois == Fois::debut))
           signaler(Code::element_inconnu, *e, std::string("rien ne lit l'element ") + e->Value());
         continue;
@@ -135,6 +139,7 @@ class Inventaire {
       }
       vus |= 1U << i;
       attendu = mot.fois == Fois::debut ? i : (i + 1) % nb;
+      suite = &n;
       if (mot.dedans) visiter(*e, *mot.dedans);
     }
   }

@@ -14,6 +14,13 @@ namespace topomine {
 
 namespace {
 
+/// A finding repeats what a file calls things, and a file can have findings by the hundred
+/// thousand: long names and texts are cut.
+std::string abreger(const std::string& texte) {
+  constexpr std::size_t max = 300;
+  return texte.size() <= max ? texte : texte.substr(0, max - 3) + "...";
+}
+
 /// A document that the parser refuses: where its tags stop making sense, else where it stopped.
 FauteOctets refus(const std::string& fichier, const std::optional<FauteOctets>& codage,
                   const TiXmlDocument& doc) {
@@ -146,7 +153,7 @@ bool CasLu::illisible(Fichier f, int numero, unsigned partie) const {
 
 void CasLu::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
                      const std::string& numero, const std::string& quoi) {
-  constats.push_back({code, noms[f], ligne, sorte, numero, quoi});
+  constats.push_back({code, noms[f], ligne, sorte, abreger(numero), abreger(quoi)});
 }
 
 CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::string& mode) {
