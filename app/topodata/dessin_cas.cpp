@@ -12,8 +12,16 @@ namespace topomine {
 
 namespace {
 
-// The picture in pixels: the case, and a margin with the legend on its right.
-constexpr double largeur = 1000, hauteur = 720, gauche = 30, droite = 210, bas = 30, haut = 60;
+// The picture in pixels: the case between margins, and the legend on its right.
+constexpr double largeur_cas = 790, hauteur = 720, marge = 30, haut = 60;
+constexpr std::size_t lettres_max = 48, noms_max = 26;
+
+/// How wide the legend is: more for long names.
+double largeur_legende(const LegendeCas& l) {
+  std::size_t lettres = l.titre.size();
+  for (const auto& nom : l.noms) lettres = std::max(lettres, nom.nom.size());
+  return std::max(210.0, 70 + 8.2 * static_cast<double>(std::min(lettres, lettres_max)));
+}
 
 double scalaire(const Position& a, const Position& b) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
@@ -206,10 +214,10 @@ struct Cadre {
           max[a] = std::max(max[a], p[a]);
         }
       }
-    const double l = largeur - gauche - droite, h = hauteur - bas - haut;
+    const double l = largeur_cas - marge, h = hauteur - marge - haut;
     echelle = std::min(l / std::max(max[0] - min[0], 1e-3), h / std::max(max[1] - min[1], 1e-3));
-    x0 = gauche + l / 2 - echelle * (min[0] + max[0]) / 2;
-    y0 = bas + h / 2 - echelle * (min[1] + max[1]) / 2;
+    x0 = marge + l / 2 - echelle * (min[0] + max[0]) / 2;
+    y0 = marge + h / 2 - echelle * (min[1] + max[1]) / 2;
   }
 };
 
@@ -230,10 +238,11 @@ std::string rgb(const Couleur& c) {
   return t.data();
 }
 
-/// A text between quotes, on one line.
+/// A text between quotes, on one line, not too long.
 std::string mots(const std::string& texte) {
   std::string s = "'";
-  for (const char c : texte) {
+  for (const char c :
+       texte.size() > lettres_max ? texte.substr(0, lettres_max - 3) + "..." : texte) {
     if (c == '\'') s += c;
     s += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
   }
@@ -311,8 +320,7 @@ std::string axes(Trace& trace, const Camera& camera) {
 }
 
 /// Names as a key; a scale as a colour box, which needs a point, outside, to go with.
-std::string legende(Trace& trace, const LegendeCas& l) {
-  constexpr std::size_t noms_max = 26;
+std::string legende(Trace& trace, const LegendeCas& l, double largeur) {
   std::string s;
   if (!l.echelle) s += "set key title " + mots(l.titre) + " noenhanced left\n";
   for (std::size_t i = 0; i < std::min(l.noms.size(), noms_max); ++i) {
@@ -325,9 +333,9 @@ std::string legende(Trace& trace, const LegendeCas& l) {
   auto [min, max] = *l.echelle;
   std::array<char, 96> bornes{};
   if (min == max) {
-    const double marge = min == 0 ? 1 : std::abs(min) / 10;
-    min -= marge;
-    max += marge;
+    const double ecart = min == 0 ? 1 : std::abs(min) / 10;
+    min -= ecart;
+    max += ecart;
   }
   std::snprintf(bornes.data(), bornes.size(), "set cbrange [%.6g:%.6g]\n", min, max);
   s += bornes.data();
@@ -335,9 +343,10 @@ std::string legende(Trace& trace, const LegendeCas& l) {
   s += "set palette defined (";
   for (std::size_t i = 0; i < palette.size(); ++i)
     s += (i > 0 ? ", " : "") + std::to_string(i) + ' ' + rgb(palette[i]);
-  s += ")\nset colorbox user origin screen 0.835,0.2 size screen 0.022,0.56\n"
-       "set format cb '%g'\nset label " +
-       mots(l.titre) + " at screen 0.835,0.80 left noenhanced\n";
+  const std::string x = std::to_string((largeur_cas + 45) / largeur);
+  s += ")\nset colorbox user origin screen " + x + ",0.2 size screen " +
+       std::to_string(22 / largeur) + ",0.56\nset format cb '%g'\nset label " + mots(l.titre) +
+       " at screen " + x + ",0.80 left noenhanced\n";
   trace.element("using 1:2:3 with points lc palette notitle");
   trace.point(-99, -99, " " + std::to_string(min));
   return s;
@@ -352,6 +361,7 @@ std::string script_dessin(const Scene& scene, const std::optional<Vue>& vue, boo
   const Cadre cadre(peinture.touches, camera);
   Trace trace;
   tracer(trace, peinture.touches, camera, cadre);
+  const double largeur = largeur_cas + largeur_legende(scene.legende);
   const std::string taille =
       std::to_string(static_cast<int>(largeur)) + ',' + std::to_string(static_cast<int>(hauteur));
   std::string s = "set encoding iso_8859_1\nset terminal " + std::string(svg ? "svg" : "pngcairo") +
@@ -369,7 +379,7 @@ std::string script_dessin(const Scene& scene, const std::optional<Vue>& vue, boo
                   "set label " +
                   mots(scene.titre) + " at screen 0.03,0.955 left font ',15' noenhanced\n";
   s += axes(trace, camera);
-  s += legende(trace, scene.legende);
+  s += legende(trace, scene.legende, largeur);
   return s + trace.texte();
 }
 
