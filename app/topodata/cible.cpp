@@ -138,7 +138,9 @@ void controler(Cible& cible, bool bases_absentes) {
 void charger_base(Base& base, Progres& progres) {
   progres.etape("lecture de " + base.nom);
   const Chargement c = charger(base);
-  if (!c.fait) throw Erreur("base " + base.nom + " non chargee : " + c.dit);
+  if (!c.fait)
+    throw Erreur("base " + base.nom + " non chargee : " + c.dit +
+                 " ; topodata verifie dit tout ce qui n'y va pas");
   if (c.avertissements.empty()) return;
   progres.effacer();
   dire("base " + base.nom + " : " + std::to_string(c.avertissements.size()) +

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 
 #include "app/topodata/cible.h"
 #include "app/topodata/commandes.h"
+#include "app/topodata/console.h"
 #include "app/topodata/options.h"
 #include "app/topodata/rapport.h"
 #include "verifie/regles.h"
@@ -39,15 +39,15 @@ struct Regarde {
 };
 
 int expliquer_code(const std::string& texte) {
-  if (texte == "docs") {
-    ecrire_catalogue(std::cout);
-  } else if (texte == "tout") {
-    for (const Fiche& f : catalogue()) expliquer(std::cout, f);
-  } else if (const auto code = code_nomme(texte)) {
-    expliquer(std::cout, fiche(*code));
-  } else {
+  const auto code = code_nomme(texte);
+  if (texte != "docs" && texte != "tout" && !code)
     throw CLI::ValidationError("--explique", "code inconnu : '" + texte + "'");
-  }
+  Sortie sortie("");
+  if (texte == "docs") ecrire_catalogue(sortie.flux());
+  if (texte == "tout")
+    for (const Fiche& f : catalogue()) expliquer(sortie.flux(), f);
+  if (code) expliquer(sortie.flux(), fiche(*code));
+  sortie.conclure();
   return 0;
 }
 
@@ -79,10 +79,11 @@ std::vector<Constat> verifier_base(const Options& o, const std::string& nom, Voi
 }
 
 void resumer(const Rapport& rapport, const Regarde& regarde) {
-  std::cerr << "topodata : " << rapport.nb(Gravite::erreur) << " erreur(s), "
-            << rapport.nb(Gravite::avertissement) << " avertissement(s), "
-            << rapport.nb(Gravite::avis) << " avis ; " << regarde.bases << " base(s), "
-            << regarde.fichiers << " fichier(s), " << regarde.entites << " entite(s) lus\n";
+  const auto dits = [](std::size_t n, const char* quoi) { return std::to_string(n) + quoi; };
+  dire(dits(rapport.nb(Gravite::erreur), " erreur(s), ") +
+       dits(rapport.nb(Gravite::avertissement), " avertissement(s), ") +
+       dits(rapport.nb(Gravite::avis), " avis ; ") + dits(regarde.bases, " base(s), ") +
+       dits(regarde.fichiers, " fichier(s), ") + dits(regarde.entites, " entite(s) lus"));
 }
 
 /// climite.cfg, then base by base.

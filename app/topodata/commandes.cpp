@@ -67,7 +67,9 @@ int executer(const std::vector<std::string>& mots) {
   for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
   completer_commandes(app);
   if (mots.size() > 1 && mots[1] == "__completer") {
-    proposer(app, {mots.begin() + 2, mots.end()}, std::cout);
+    Sortie sortie("");
+    proposer(app, {mots.begin() + 2, mots.end()}, sortie.flux());
+    sortie.conclure();
     return 0;
   }
   try {

@@ -66,7 +66,9 @@ Listing::int_type Listing::overflow(int_type c) {
 }
 
 void Listing::passer() {
-  flux_ << (lecteur_en_utf8() ? en_utf8(ligne_) : ligne_);
+  const bool entiere = ligne_.ends_with('\n');
+  if (entiere) ligne_.pop_back();
+  flux_ << pour_lecteur(ligne_) << (entiere ? "\n" : "");
   ligne_.clear();
 }
 

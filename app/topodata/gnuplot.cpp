@@ -17,6 +17,7 @@
 
 #include "app/topodata/descripteur.h"
 #include "app/topodata/sortie.h"
+#include "texte/affichable.h"
 
 namespace topomine {
 
@@ -145,7 +146,8 @@ std::string dessiner(const std::string& script) {
       lancer(entree.second.numero(), sortie.second.numero(), erreurs.second.numero());
   for (Bouts* bouts : {&entree, &sortie, &erreurs}) bouts->second.fermer();
   std::string image, dit;
-  dialoguer(script, std::move(entree.first), sortie.first, erreurs.first, image, dit);
+  dialoguer("set encoding utf8\n" + en_utf8(script), std::move(entree.first), sortie.first,
+            erreurs.first, image, dit);
   int etat = 0;
   while (waitpid(enfant, &etat, 0) < 0 && errno == EINTR) {
   }

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <deque>
-#include <iostream>
 #include <map>
 #include <set>
 
 #include "app/topodata/attributs.h"
+#include "app/topodata/console.h"
 #include "dataset/arff.h"
 #include "dataset/partage.h"
 #include "dataset/schema.h"
@@ -169,22 +169,22 @@ std::string dire_la_partie(const Groupes& groupes, const Repartition& r, int pli
       noms.push_back((plusieurs ? groupes.bases[g]->collection + "/" : "") +
                      groupes.bases[g]->base);
   return std::to_string(noms.size()) + " base(s), " + std::to_string(exemples) +
-         " exemples : " + enumerer(noms) + "\n";
+         " exemples : " + enumerer(noms);
 }
 
-void dire(const OptionsPartage& o, const Groupes& groupes, const Repartition& r) {
+void dire_les_parts(const OptionsPartage& o, const Groupes& groupes, const Repartition& r) {
   std::size_t n = 0;
   if (o.ratio) {
     const std::string premiere = dire_la_partie(groupes, r, 0, false, n);
-    std::cerr << "topodata : part obtenue "
-              << en_texte(static_cast<double>(n) / static_cast<double>(r.pli.size())) << ", voulue "
-              << en_texte(*o.ratio) << "\ntopodata : partie 1 : " << premiere
-              << "topodata : partie 2 : " << dire_la_partie(groupes, r, 0, true, n);
+    dire("part obtenue " + en_texte(static_cast<double>(n) / static_cast<double>(r.pli.size())) +
+         ", voulue " + en_texte(*o.ratio));
+    dire("partie 1 : " + premiere);
+    dire("partie 2 : " + dire_la_partie(groupes, r, 0, true, n));
     return;
   }
   for (int pli = 0; pli < r.nb_plis; ++pli)
-    std::cerr << "topodata : pli " << pli + 1
-              << ", essai : " << dire_la_partie(groupes, r, pli, true, n);
+    dire("pli " + std::to_string(pli + 1) +
+         ", essai : " + dire_la_partie(groupes, r, pli, true, n));
 }
 
 }  // namespace
@@ -233,7 +233,7 @@ void partager(OptionsPartage& o) {
   // No old file goes before all new ones are whole.
   for (Sortie& sortie : sorties) sortie.conclure();
   progres.effacer();
-  if (groupes) dire(o, *groupes, r);
+  if (groupes) dire_les_parts(o, *groupes, r);
 }
 
 }  // namespace topomine

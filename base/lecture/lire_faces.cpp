@@ -1,6 +1,7 @@
 #include "base/lecture/lectures.h"
 #include "base/lecture/limites_xml.h"
 #include "base/lecture/parcours.h"
+#include "texte/affichable.h"
 
 namespace topomine {
 
@@ -19,7 +20,7 @@ bool lire_cases(Parcours& p, Noeud n, Face& face) {
     if (face.nb_edge() > edges_max) return false;
   }
   if (place && !p.ecart(Ecart::edges_interrompues, place))
-    p.journal().trace(std::string("fin des edges... avec value = ") + place->Value());
+    p.journal().trace("fin des edges... avec value = " + affichable(place->Value()));
   p.cases_manquantes(cases, n);
   return true;
 }

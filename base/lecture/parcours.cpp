@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "texte/affichable.h"
+
 namespace topomine {
 
 namespace {
@@ -11,7 +13,7 @@ namespace {
 std::string chemin_xml(Noeud n, std::string_view nom) {
   std::string chemin(nom);
   for (; n && n->ToElement(); n = n->Parent()) chemin.insert(0, std::string(n->Value()) + "/");
-  return chemin;
+  return affichable(chemin);
 }
 
 }  // namespace

@@ -155,13 +155,32 @@ TEST(Sortie, ABaseThatDoesNotLoadEndsWithTheReadersWords) {
       dit.replace(i, 1, c.cas() + r.fichier);
     const Resultat fait =
         topodata({"table", c.cas(), "nrm", "--bases", "mesh_case_2", "-o", vieux.string()});
-    EXPECT_EQ(fait.erreur, "topodata : base mesh_case_2 non chargee : " + dit + "\n");
+    EXPECT_EQ(fait.erreur, "topodata : base mesh_case_2 non chargee : " + dit +
+                               " ; topodata verifie dit tout ce qui n'y va pas\n");
     EXPECT_EQ(fait.sortie, "");
     EXPECT_EQ(fait.statut, 2);
     ecrire(c.cas() + r.fichier, avant);
   }
   EXPECT_EQ(lire(vieux), "vieux");
   EXPECT_EQ(nb_fichiers_dans(c.dossier), 2);
+}
+
+TEST(Sortie, TextsOfFilesForgeNoLinesAndMoveNoCursor) {
+  const Collection c;
+  const std::string forge = "&#27;[2J&#127;&#10;x:1: bloc 1: faux; y [erreur]&#13;\x9B";
+  ASSERT_TRUE(c.changer("mesh_case_2/mesh_case_2_nrm.blck", "(<Exact><Cell>)[^<]*", "$1" + forge));
+  ASSERT_TRUE(c.changer("mesh_case_2/mesh_case_2.def", "(<piece><nom>)[^<]*", "$1" + forge));
+  for (const char* commande : {"verifie", "voir"})
+    for (const char* langue : {"C", "C.UTF-8"}) {
+      std::vector<std::string> mots{commande, c.cas(), "nrm", "mesh_case_2"};
+      if (mots[0] == "verifie") mots.insert(mots.end() - 1, "--bases");
+      const std::string dit = topodata(mots, [&] { setenv("LC_ALL", langue, 1); }).sortie;
+      EXPECT_NE(dit.find("\\x1B[2J\\x7F\\x0Ax:1: bloc 1: faux; y [erreur]\\x0D\\x9B"),
+                std::string::npos)
+          << dit;
+      EXPECT_EQ(dit.find("\nx:1"), std::string::npos);
+      EXPECT_EQ(dit.find_first_of("\033\177\r\x9B"), std::string::npos);
+    }
 }
 
 TEST(Sortie, WritesAllOrNothing) {
