@@ -1,6 +1,7 @@
 #include "vtk/maille.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <new>
 #include <set>
@@ -190,7 +191,10 @@ Grille grille_blocs(Base& base) {
   if (!sans.empty())
     c.grille.manques.push_back(dire("bloc(s) dont les coins ne se trouvent pas", sans));
   ajouter_attributs(c, base, lignes);
-  c.colonne<double>("vol_coins") = std::move(volumes);
+  if (std::ranges::all_of(volumes, [](double v) { return std::isfinite(v); }))
+    c.colonne<double>("vol_coins") = std::move(volumes);
+  else
+    c.grille.manques.push_back("vol_coins laisse de cote : un volume n'est pas fini");
   return std::move(c.grille);
 }
 

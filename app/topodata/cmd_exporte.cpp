@@ -26,8 +26,10 @@ void executer(Options& o) {
   const Grille grille =
       o.faces || o.aretes ? grille_bords(base, o.faces, o.aretes) : grille_blocs(base);
   progres.effacer();
+  if (grille.cellules.empty())
+    throw Erreur("rien a exporter dans " + base.nom +
+                 (grille.manques.empty() ? "" : " : " + grille.manques[0]));
   for (const std::string& manque : grille.manques) dire(manque);
-  if (grille.cellules.empty()) throw Erreur("rien a exporter dans " + base.nom);
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
   format->ecrire(sortie.flux(), grille);

@@ -334,8 +334,9 @@ std::string legende(Trace& trace, const LegendeCas& l, double largeur) {
   std::array<char, 96> bornes{};
   if (min == max) {
     const double ecart = min == 0 ? 1 : std::abs(min) / 10;
-    min -= ecart;
-    max += ecart;
+    constexpr double fini = std::numeric_limits<double>::max();
+    min = std::max(min - ecart, -fini);
+    max = std::min(max + ecart, fini);
   }
   std::snprintf(bornes.data(), bornes.size(), "set cbrange [%.6g:%.6g]\n", min, max);
   s += bornes.data();

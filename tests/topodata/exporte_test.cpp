@@ -51,4 +51,17 @@ TEST(Exporte, SaysWhichBlocksHaveNoCorners) {
   EXPECT_EQ(r.statut, 0);
   EXPECT_EQ(r.erreur, "topodata : 2 bloc(s) dont les coins ne se trouvent pas : 1, 7\n");
   EXPECT_NE(lire(c.dossier / "a.vtu").find("NumberOfCells=\"6\""), std::string::npos);
+  // None at all, and numbers that no reader takes.
+  const std::string vrtx = "mesh_case_2/mesh_case_2_nrm.vrtx";
+  ASSERT_TRUE(c.changer(vrtx, "(<Ident>2</Ident>[^]*?<X>)[^<]*", "$011.7e308"));
+  const std::string fichier = (c.dossier / "b.vtk").string();
+  const Resultat infini = topodata({"exporte", c.cas(), "nrm", "mesh_case_2", "-o", fichier});
+  EXPECT_NE(infini.erreur.find("vol_coins laisse de cote"), std::string::npos) << infini.erreur;
+  EXPECT_EQ(lire(fichier).find("inf\n"), std::string::npos);
+  ecrire(c.cas() + vrtx, "<Vertices></Vertices>");
+  const Resultat rien = topodata({"exporte", c.cas(), "nrm", "mesh_case_2", "-o", fichier});
+  EXPECT_EQ(rien.statut, 2);
+  EXPECT_EQ(rien.erreur,
+            "topodata : rien a exporter dans mesh_case_2 : 8 bloc(s) dont les coins ne se trouvent "
+            "pas : 1, 2, 3, 4, 5, ...\n");
 }
