@@ -125,6 +125,7 @@ def climite(octets):
     yield "code illisible, lignes courtes d'une autre colonne", {
         "climite.cfg": f"BCCODE;Damas code;Family;\n1;{longue};f;\n" + "1;\n" * (moitie // 3)}
     yield "codes suivis d'un reste", {"climite.cfg": ENTETE + plein(octets, lambda i: f"{i}x;1;f;\n")}
+    yield "lignes vides", {"climite.cfg": ENTETE + "\n" * (octets - 40)}
     yield "lignes ordinaires", {"climite.cfg": ENTETE + plein(octets, lambda i: f"{i};1;f{i};\n")}
     yield "le meme code a chaque ligne", {"climite.cfg": ENTETE + plein(octets, lambda i: "1;1;f;\n")}
     yield "points-virgules", {"climite.cfg": ENTETE + mot(octets - 40, ";") + "\n"}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace topomine {
 
@@ -109,6 +110,8 @@ enum class Code {
   modes_valeurs = 96,
   modes_liens = 97,
   modes_codes = 98,
+  // All
+  trop_de_constats = 99,
 };
 
 /// One finding. How bad it is and what to do about it go by its code, see catalogue.h.
@@ -123,5 +126,9 @@ struct Constat {
 
   bool operator==(const Constat&) const = default;
 };
+
+/// Keeps a finding. Of a list that nobody will read to its end, the rest is said in one: a small
+/// file can have findings by the million.
+void retenir(std::vector<Constat>& constats, Constat constat);
 
 }  // namespace topomine

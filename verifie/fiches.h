@@ -268,6 +268,8 @@ inline constexpr Fiche fiches[]{
      "L'une des deux tables est fausse.", "refaire les fichiers de ce mode"},
     {Code::modes_codes, Gravite::erreur, "modes de codes differents",
      "Une face n'a pas le meme code dans deux modes.", "L'une des deux tables est fausse.", "refaire les fichiers de ce mode"},
+    {Code::trop_de_constats, Gravite::erreur, "trop de constats",
+     "Plus de 100000 constats : les suivants ne sont pas dits.", "Elle ne vaut rien.", "corriger les premiers, souvent un seul"},
 };
 // clang-format on
 

@@ -28,7 +28,7 @@ class Config {
  private:
   void signaler(Code code, const std::string& quoi) {
     const std::string sorte = l_.numero() == 0 ? "fichier" : l_.numero() == 1 ? "entete" : "code";
-    r_.constats.push_back({code, r_.nom, std::max(l_.numero(), 1), sorte, numero_, quoi});
+    retenir(r_.constats, {code, r_.nom, std::max(l_.numero(), 1), sorte, numero_, quoi});
   }
 
   std::optional<std::string_view> champ(std::size_t rang) const {

@@ -151,9 +151,22 @@ bool CasLu::illisible(Fichier f, int numero, unsigned partie) const {
   return trouve != illisibles[f].end() && (trouve->second & partie) != 0;
 }
 
+void retenir(std::vector<Constat>& constats, Constat constat) {
+  constexpr std::size_t max = 100'000;
+  if (constats.size() > max) return;
+  if (constats.size() == max)
+    constat = {Code::trop_de_constats,
+               constat.fichier,
+               constat.ligne,
+               "fichier",
+               "",
+               "les constats suivants ne sont pas dits"};
+  constats.push_back(std::move(constat));
+}
+
 void CasLu::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
                      const std::string& numero, const std::string& quoi) {
-  constats.push_back({code, noms[f], ligne, sorte, abreger(numero), abreger(quoi)});
+  retenir(constats, {code, noms[f], ligne, sorte, abreger(numero), abreger(quoi)});
 }
 
 CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::string& mode) {

@@ -4,6 +4,7 @@
 
 #include "tests/support/dossier.h"
 #include "verifie/catalogue.h"
+#include "verifie/lecture_stricte.h"
 
 using namespace topomine;
 
@@ -23,4 +24,16 @@ TEST(Catalogue, IsWhatThePageSays) {
   ecrire_catalogue(tables);
   const std::string page = lire_octets(TOPOMINE_CASES "../../docs/verifie.md");
   EXPECT_TRUE(page.ends_with(tables.str()));
+}
+
+TEST(Catalogue, FindingsBeyondReadingAreOneFinding) {
+  std::vector<Constat> constats;
+  for (int i = 0; i < 100'003; ++i) retenir(constats, {Code::intrus, "f", i, "bloc", "1", "x"});
+  ASSERT_EQ(constats.size(), 100'001U);
+  EXPECT_EQ(constats[99'999].code, Code::intrus);
+  EXPECT_TRUE(constats.back().code == Code::trop_de_constats && constats.back().ligne == 100'000);
+  CasLu cas;
+  cas.signaler(Code::intrus, fic_def, 1, "piece", std::string(500, 'n'), std::string(300, 'q'));
+  EXPECT_EQ(cas.constats[0].numero, std::string(297, 'n') + "...");
+  EXPECT_EQ(cas.constats[0].quoi, std::string(300, 'q'));
 }
