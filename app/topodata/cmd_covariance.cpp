@@ -169,7 +169,8 @@ void executer(Options& o) {
   if (somme) sommes.ecrire(somme->flux());
   if (image) {
     progres.etape("dessin");
-    dessiner_carte(m, legende(relation(o), o.brut, sommes.nombre()), o.image, image->flux());
+    dessiner_carte(m, legende(relation(o), sommes.echelle.bornes.empty(), sommes.nombre()), o.image,
+                   image->flux());
   }
   progres.ecriture(o.fichier);
   if (csv) ecrire_matrice(csv->flux(), m);

@@ -74,8 +74,15 @@ void executer(Options& o) {
 
   progres.ecriture(o.fichier);
   Sortie sortie(o.fichier);
+  std::optional<Sortie> echelle;
+  if (!o.table.echelle.empty()) echelle.emplace(o.table.echelle);
   atelier.cacher_constantes(table);
   atelier.ecrire_tout(sortie.flux(), table);
+  sortie.fermer();
+  if (echelle) {
+    atelier.ecrire_echelle(echelle->flux());
+    echelle->conclure();
+  }
   sortie.conclure();
 }
 

@@ -49,6 +49,8 @@ void executer(Options& o) {
     return sortie.conclure();
   }
 
+  std::optional<Sortie> echelle;
+  if (!o.table.echelle.empty()) echelle.emplace(o.table.echelle);
   BaseBuffer exemples = atelier.construire(o.cible.mode, progres);
   progres.etape("mise en forme");
   atelier.mettre_a_l_echelle(exemples);
@@ -60,10 +62,9 @@ void executer(Options& o) {
   progres.ecriture(o.fichier);
   atelier.ecrire_tout(sortie.flux(), exemples);
   sortie.fermer();
-  if (!o.table.echelle.empty()) {
-    Sortie echelle(o.table.echelle);
-    atelier.ecrire_echelle(echelle.flux());
-    echelle.conclure();
+  if (echelle) {
+    atelier.ecrire_echelle(echelle->flux());
+    echelle->conclure();
   }
   sortie.conclure();
 }

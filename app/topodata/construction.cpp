@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <map>
 #include <new>
@@ -12,6 +11,7 @@
 
 #include "app/topodata/attributs.h"
 #include "app/topodata/console.h"
+#include "app/topodata/endroit.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
 #include "dataset/arff.h"
@@ -37,6 +37,7 @@ std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
 }
 
 Echelle lire_fichier_echelle(const std::string& fichier) {
+  inscrire_entree(fichier);
   inscrire_entree(fichier);
   std::ifstream flux(fichier, std::ios::binary);
   const std::string texte{std::istreambuf_iterator<char>(flux), {}};
@@ -262,6 +263,7 @@ BaseBuffer Atelier::habiller(BaseBuffer& exemples) const {
   habille._attr = cadre_._attr;
   habille._aff = cadre_._aff;
   habille._num_classe = cadre_._num_classe;
+  if (options_.classe && options_.format->ecrire == ecrire_weka) marquer_absents(habille);
   return habille;
 }
 
