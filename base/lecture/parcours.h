@@ -35,7 +35,9 @@ class Parcours {
   Noeud premiere(Noeud liste) { return liste ? entite(liste->FirstChild()) : nullptr; }
   Noeud suivante(Noeud precedente) {
     const Noeud n = precedente->NextSibling();
-    return entite(n ? n : dans_la_tranche_suivante(*precedente));
+    // What is left unread stands in this slice, and would go with it.
+    const bool reste = !nombres_.sans_reste() && !nombres_.bouche();
+    return entite(n ? n : dans_la_tranche_suivante(*precedente, reste));
   }
   /// Reads the entity's "Ident"; messages name it by this number from now on.
   int ident(Noeud n);

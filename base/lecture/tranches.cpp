@@ -88,10 +88,12 @@ const TiXmlNode* Tranches::suivante() {
   return nullptr;
 }
 
-const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere) {
+const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere, bool retenue) {
   const TiXmlDocument* doc = derniere.GetDocument();
   const void* moi = doc ? doc->GetUserData() : nullptr;
-  return moi ? (*static_cast<Tranches* const*>(moi))->suivante() : nullptr;
+  if (!moi) return nullptr;
+  if (retenue) throw std::runtime_error("tranche encore lue");
+  return (*static_cast<Tranches* const*>(moi))->suivante();
 }
 
 }  // namespace topomine

@@ -53,7 +53,9 @@ class Tranches {
   Tranches* moi_ = this;  // what the nodes lead back to
 };
 
-/// The entity after the last one of a slice; null when the document has no slices.
-const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere);
+/// The entity after the last one of a slice; null when the document has no slices. retenue: the
+/// slice is still needed, and the document has to be read whole. Throws std::runtime_error then,
+/// and at a slice that is not well-formed.
+const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere, bool retenue);
 
 }  // namespace topomine

@@ -69,8 +69,23 @@ TEST(Tranches, ALargeBaseIsReadAsAWhole) {
   ASSERT_GT(t._expl.size(), 1000U);
   EXPECT_EQ(table(), t._expl);
 
-  // What is wrong is said as of the whole file: that it cannot be parsed comes before any fault.
+  // What the first block leaves unread becomes part of the numbers of all the others.
   const std::string blocs = d.lire("grande/grande_nrm.blck");
+  d.ecrire("grande/grande_nrm.blck", std::string(blocs).insert(blocs.find("</Cell>"), " 7"));
+  Base decalee("grande", d.chemin(), "nrm"), attendue("grande", d.chemin(), "nrm");
+  EXPECT_TRUE(charger(decalee).fait);
+  attendue.nom_base = d.chemin() + "grande/grande";
+  testing::internal::CaptureStdout();
+  attendue._disp(false);
+  EXPECT_TRUE(attendue.load_blocs());
+  testing::internal::GetCapturedStdout();
+  ASSERT_EQ(decalee.blocs.size(), attendue.blocs.size());
+  for (const auto& [numero, bloc] : attendue.blocs) {
+    EXPECT_EQ(decalee.blocs[numero]._volexa(), bloc._volexa()) << numero;
+    EXPECT_EQ(decalee.blocs[numero]._face(5), bloc._face(5)) << numero;
+  }
+
+  // What is wrong is said as of the whole file: that it cannot be parsed comes before any fault.
   for (const auto& [fausse_fin, fautif, dit] :
        {std::tuple{true, false, "probleme de lecture du fichier "},
         {false, true, "Blocks/Block/Faces/Face/Numero absent ou vide"},
