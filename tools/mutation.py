@@ -15,6 +15,8 @@ that it did not say of the sound collection the table is that of the sound colle
 """
 import argparse
 import collections
+import csv
+import io
 import os
 import pathlib
 import random
@@ -148,12 +150,32 @@ def dire(args, dossier, temp, *commande):
     return statut, (temp / "dit").read_bytes().replace(bytes(dossier), b"")
 
 
+def memes_tables(table, saine):
+    """Row by row. The last digit of a file may turn the last one of the table, and moves the noise
+    of a variance: what no reader can tell is no other table."""
+    lignes, saines = (list(csv.reader(io.StringIO(t[1].decode("latin-1")))) for t in (table, saine))
+    if table[0] != saine[0] or [len(x) for x in lignes] != [len(x) for x in saines]:
+        return False
+    for ligne, sain in zip(lignes, saines):
+        for i, (a, b) in enumerate(zip(ligne, sain)):
+            if a == b:
+                continue
+            try:
+                a, b = float(a), float(b)
+                bruit = float(sain[i - 1]) ** 2 * 1e-7 if lignes[0][i].endswith("_var") else 0
+            except ValueError:
+                return False
+            if not abs(a - b) <= max(1e-5 * abs(b), bruit):
+                return False
+    return True
+
+
 def ecart_de_table(args, dossier, temp, dit):
     """What `verifie`, which found no error and said `dit`, has let pass."""
     topomine = pathlib.Path(args.programme).with_name("topomine")
     if lancer(args, [str(topomine), f"{dossier}/", "nrm", "out"], os.devnull)[0] != 0:
         return "verifie n'y voit pas d'erreur, topomine echoue"
-    if dit == args.dit and dire(args, dossier, temp, "table", "--format", "csv") != args.table:
+    if dit == args.dit and not memes_tables(dire(args, dossier, temp, "table", "--format", "csv"), args.table):
         return "verifie n'en dit rien, la table est autre"
     return None
 

@@ -195,8 +195,10 @@ void inventorier(CasLu& r, Fichier f, const TiXmlDocument& doc) {
   if (const TiXmlNode* avion = racine->FirstChild("reference_avion"))
     for (const TiXmlNode* e = avion->FirstChild(); e; e = e->NextSibling())
       r.lignes_avion.try_emplace(e->Value(), e->Row());
-  if (const TiXmlNode* pieces = racine->FirstChild("liste_pieces"))
+  if (const TiXmlNode* pieces = racine->FirstChild("liste_pieces")) {
+    r.lignes_avion["liste_pieces"] = pieces->Row();
     i.liste(*pieces, "piece", piece, "nom");
+  }
   if (const TiXmlNode* raccords = racine->FirstChild("liste_raccords"))
     i.liste(*raccords, "raccord", raccord, nullptr);
 }

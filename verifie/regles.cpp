@@ -43,10 +43,19 @@ void joindre_lecture(std::vector<Constat>& constats) {
     return c.code >= Code::element_absent && c.code <= Code::liste_coupee;
   };
   const auto cle = [](const Constat& c) { return std::tuple(c.fichier, c.sorte, c.numero); };
-  for (std::size_t i = 0; i < constats.size(); ++i)
-    if (de_lecture(constats[i])) lus.try_emplace(cle(constats[i]), i);
-  if (lus.empty()) return;
   std::vector<char> tus(constats.size(), 0);
+  for (std::size_t i = 0; i < constats.size(); ++i) {
+    if (!de_lecture(constats[i])) continue;
+    const auto [place, nouveau] = lus.try_emplace(cle(constats[i]), i);
+    const std::size_t autre = place->second;
+    // An element that is not read and one that is missing are one.
+    if (nouveau || fiche(constats[i].code).gravite == fiche(constats[autre].code).gravite) continue;
+    const bool pire = fiche(constats[i].code).gravite > fiche(constats[autre].code).gravite;
+    constats[pire ? i : autre].quoi += " (" + constats[pire ? autre : i].quoi + ")";
+    tus[pire ? autre : i] = 1;
+    if (pire) place->second = i;
+  }
+  if (lus.empty()) return;
   for (std::size_t i = 0; i < constats.size(); ++i) {
     const auto lu = lus.find(cle(constats[i]));
     if (lu == lus.end() || constats[i].code < Code::reference_absente) continue;

@@ -28,6 +28,7 @@ class Assemblage {
   explicit Assemblage(Examen& x) : x_(x), m_(x.m) {}
 
   void examiner() {
+    copies();
     m_.monter_faces();
     std::vector<int> rompus;
     for (int b = 0; b < m_.num_blocs.nb(); ++b)
@@ -50,6 +51,24 @@ class Assemblage {
 
  private:
   int numero(int face) const { return x_.numero(fic_face, face); }
+
+  /// A block with the faces of another counts twice for all of them.
+  void copies() {
+    std::map<Faces, int> vus;
+    for (int b = 0; b < m_.num_blocs.nb(); ++b) {
+      Faces cle = au(m_.blocs, b);
+      if (contient(cle, inconnu)) continue;
+      std::ranges::sort(cle);
+      const auto [place, nouveau] = vus.try_emplace(cle, b);
+      if (nouveau) continue;
+      x_.signaler(
+          Code::face_de_trop, fic_blck, b,
+          "ses faces sont celles du bloc " + std::to_string(x_.numero(fic_blck, place->second)));
+      au(m_.blocs, b).fill(vide);
+      x_.douter(fic_blck, b);
+    }
+  }
+
   static std::string place(int s) { return std::to_string(s + 1) + " (" + au(cotes, s) + ")"; }
   static std::string champ(int s) { return "Faces/Face/" + std::to_string(s + 1); }
   /// The face in a slot when it can be judged.
@@ -68,11 +87,10 @@ class Assemblage {
     return f != g &&
            (communs || (a_un_vide(f) && a_un_vide(g)) || a_un_inconnu(f) || a_un_inconnu(g));
   }
-  /// Every two slots, those of `sauf` apart.
-  bool tient(const Faces& faces, int sauf = -1) const {
+  bool tient(const Faces& faces) const {
     for (int s = 0; s < nb_faces_bloc; ++s)
       for (int t = 0; t < s; ++t)
-        if (s != sauf && t != sauf && !va_avec(faces, s, t)) return false;
+        if (!va_avec(faces, s, t)) return false;
     return true;
   }
 
@@ -104,14 +122,18 @@ class Assemblage {
   void dire(int b) {
     Faces& faces = au(m_.blocs, b);
     for (int s = 0; s < nb_faces_bloc; ++s) {
-      if (!sure(faces, s) || !tient(faces, s)) continue;
+      Faces sans = faces;
+      au(sans, s) = vide;
+      if (!sure(faces, s) || !tient(sans)) continue;
       const int fausse = std::exchange(au(faces, s), inconnu);
       const int juste = attendue(faces, s);
+      const bool rien = juste == inconnu && reduite(sans, s);
       x_.signaler(Code::faces_disjointes, fic_blck, b,
                   "face " + place(s) + " : " + std::to_string(numero(fausse)) +
-                      " ne va pas avec les autres" + on_attend(juste),
+                      " ne va pas avec les autres" +
+                      (rien ? ", la case devrait etre vide" : on_attend(juste)),
                   champ(s));
-      if (juste != inconnu) au(faces, s) = juste;
+      au(faces, s) = rien ? vide : juste;
       return;
     }
     for (int s = 0; s < nb_faces_bloc; ++s)
@@ -155,6 +177,7 @@ class Assemblage {
 
   void places_vides(int b) {
     Faces& faces = au(m_.blocs, b);
+    if (std::ranges::all_of(faces, [](int f) { return f == vide; })) return;  // a copy
     std::string reduites;
     for (int s = 0; s < nb_faces_bloc; ++s) {
       if (au(faces, s) != vide) continue;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "dataset/schema.h"
+#include "verifie/catalogue.h"
 #include "verifie/examen.h"
 
 namespace topomine {
@@ -44,7 +45,9 @@ bool codes_illisibles(const Examen& x, Fichier f, int rang) {
 
 /// One finding per unknown code, at the first entity that bears it.
 void regle_codes_connus(Examen& x) {
-  if (!x.config.lue) return;
+  // A code may be that of a row that could not be read.
+  const auto erreur = [](const Constat& c) { return fiche(c.code).gravite == Gravite::erreur; };
+  if (!x.config.lue || std::ranges::any_of(x.config.constats, erreur)) return;
   struct Usage {
     Fichier f;
     int premier;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -34,6 +35,13 @@ constexpr double precision_places = 4e-9;
 /// Files with fewer digits: eight, seven.
 constexpr double moins_precis[]{1, 100, 10};  // each on top of the one before
 constexpr double hors_erikson = 1e-9;
+
+/// With the digits of the files: where two values differ in the last of them.
+std::string precis(double v) {
+  std::array<char, 40> texte{};
+  const auto fin = std::to_chars(texte.begin(), texte.end(), v, std::chars_format::general, 10).ptr;
+  return {texte.begin(), fin};
+}
 
 constexpr std::size_t nb_valeurs = 5;
 constexpr std::array<const char*, nb_valeurs> noms{"Exact", "Mor", "Moyen", "NSMB", "Erikson"};
@@ -70,6 +78,13 @@ struct Bloc {
     const double echelle = i == i_erikson ? 1 : std::abs(calculees[i]);
     return std::abs(lues[i] - calculees[i]) > tolerance * echelle;
   }
+  std::size_t nb_ecarts() const {
+    std::size_t nb = 0;
+    for (std::size_t i = 0; i < nb_valeurs; ++i) nb += ecarte(i);
+    return nb;
+  }
+  /// A curve, or a vertex elsewhere, changes them all, a slip one.
+  bool courbe() const { return nb_ecarts() > 2; }
 };
 
 class Volumes {
@@ -137,25 +152,30 @@ class Volumes {
     return true;
   }
 
-  /// Where the values of (nearly) all blocks can be had from their corners, the others are odd.
+  /// Where the values of the blocks can be had from their corners, those that cannot are odd: one
+  /// or two values of a block are slips as long as half of the blocks have none; a block with more
+  /// is curved, unless it is one in ten.
   void recalculer() {
     for (const double facteur : moins_precis) {
       std::vector<int> autres;
-      std::size_t juges = 0;
+      std::size_t juges = 0, courbes = 0;
       for (int b = 0; b < nb(); ++b) {
         Bloc& k = bloc(b);
         k.differe = false;
         if (!k.coins_surs || k.gauche()) continue;
         ++juges;
         k.tolerance *= facteur;
-        for (std::size_t i = 0; i < nb_valeurs; ++i) k.differe = k.differe || k.ecarte(i);
+        k.differe = k.nb_ecarts() > 0;
+        courbes += k.courbe();
         if (k.differe) autres.push_back(b);
       }
-      if (autres.empty() || juges < 2 || sommet_deplace(autres, juges) ||
-          autres.size() <= std::max<std::size_t>(1, juges / 10))
-        return;
+      if (autres.empty() || juges < 2 || sommet_deplace(autres, juges)) return;
+      if (autres.size() * 2 > juges && autres.size() > 1) continue;
+      if (courbes > std::max<std::size_t>(1, juges / 10))
+        for (Bloc& k : blocs_) k.differe = k.differe && !k.courbe();
+      return;
     }
-    for (Bloc& k : blocs_) k.differe = false;  // they are curved
+    for (Bloc& k : blocs_) k.differe = false;
   }
 
   /// All the blocks of a vertex, and they alone, differ in their volume.
@@ -174,7 +194,7 @@ class Volumes {
         return k.coins_surs && !k.differe && contient(k.coins, v);
       });
     });
-    if (candidats.empty() || (autres.size() == 1 && !plusieurs_valeurs(autres[0]))) return false;
+    if (candidats.empty() || (autres.size() == 1 && !bloc(autres[0]).courbe())) return false;
     std::string dit = "les volumes de ses " + std::to_string(autres.size()) +
                       " bloc(s) ne se recalculent pas, ceux des autres si";
     const int premier = candidats[0];
@@ -186,13 +206,6 @@ class Volumes {
     x_.signaler(Code::sommet_deplace, fic_vrtx, premier, dit);
     for (const int b : autres) bloc(b) = Bloc{bloc(b).lues, {}, 0, {}, false, true, false};
     return true;
-  }
-
-  /// A vertex changes them all, a slip in the file of the blocks one.
-  bool plusieurs_valeurs(int b) {
-    int nb = 0;
-    for (std::size_t i = 0; i < i_erikson; ++i) nb += bloc(b).ecarte(i);
-    return nb > 2;
   }
 
   void valeurs(int b) {
@@ -242,8 +255,8 @@ class Volumes {
     std::string dit;
     for (std::size_t i = 0; i < nb_valeurs; ++i)
       if (k.ecarte(i))
-        dit += (dit.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]) +
-               " au lieu de " + nombre(k.calculees[i]);
+        dit += (dit.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + precis(k.lues[i]) +
+               " au lieu de " + precis(k.calculees[i]);
     signaler(Code::valeur_isolee, b, dit + " d'apres ses huit sommets");
   }
 

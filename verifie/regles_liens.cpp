@@ -97,7 +97,7 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
     }
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
-    if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) &&
+    if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) && !x.est_douteux(vers, v) &&
         !x.r.disputes[vers].contains(x.numero(vers, v)))
       orphelins.push_back(v);
   // A slot that could not be read may be the one that names it.

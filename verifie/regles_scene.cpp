@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
+#include "verifie/catalogue.h"
 #include "verifie/examen.h"
 
 namespace topomine {
@@ -45,7 +48,13 @@ std::string entre_apostrophes(const std::string& texte) {
 }  // namespace
 
 void regle_pieces(Examen& x) {
-  if (!x.config.lue || !x.lus({fic_def})) return;
+  const auto erreur_dans = [](const std::vector<Constat>& constats, const std::string& fichier) {
+    return std::ranges::any_of(constats, [&](const Constat& c) {
+      return c.fichier == fichier && fiche(c.code).gravite == Gravite::erreur;
+    });
+  };
+  // A family that is not known follows from a row that could not be read.
+  if (!x.lus({fic_def}) || !x.config.lue || erreur_dans(x.config.constats, x.config.nom)) return;
   std::set<std::string> connues;
   for (const auto& [code, l] : x.config.codes) connues.insert(l.famille);
   const bool maille = x.lus({fic_blck, fic_face, fic_edge});
@@ -75,7 +84,16 @@ void regle_pieces(Examen& x) {
       dire(Code::famille_c_non_vue, " d'une piece en C qu'aucun bloc ne voit");
     }
   }
-  if (une_inconnue || x.r.perdus[fic_def] > 0) return;  // a wall without its piece follows from it
+  // A wall without its piece follows from these.
+  if (une_inconnue || x.r.perdus[fic_def] > 0 || erreur_dans(x.r.constats, x.r.noms[fic_def]))
+    return;
+  if (pieces.empty() && !vues.parois.empty()) {
+    x.signaler(Code::paroi_sans_piece, fic_def,
+               "aucune piece, " + std::to_string(vues.parois.size()) +
+                   " famille(s) de paroi bordent les blocs",
+               x.r.ligne_avion("liste_pieces"));
+    return;
+  }
   for (const auto& [famille, f] : vues.parois)
     if (!pieces.contains(famille))
       x.signaler(Code::paroi_sans_piece, fic_face, f,

@@ -171,6 +171,8 @@ class Tours {
       const std::size_t nb = m_.faces_d_edge[e].size();
       if (nb < 2 || voix != nb) continue;
       const auto& bouts = au(m_.edges, e);
+      for (const int v : bouts)  // named by mistake, and perhaps by nothing else
+        if (v != attendus.first && v != attendus.second) x_.douter(fic_vrtx, v);
       x_.signaler(Code::edge_contredite, fic_edge, e,
                   "joint " + entre({bouts[0], bouts[1]}) + ", ses " + std::to_string(nb) +
                       " faces la veulent entre " + entre(attendus));
@@ -192,8 +194,28 @@ class Tours {
       poser(r.face, s);
       return;
     }
+    if (const int place = de_trop(t); place >= 0) {
+      x_.signaler(Code::tour_rompu, fic_face, r.face,
+                  std::string("edge ") + std::to_string(place + 1) + " (" + au(cotes, place) +
+                      ") de trop, la case devrait etre vide",
+                  "Edge/" + std::to_string(place + 1));
+      au(m_.faces, r.face)[static_cast<std::size_t>(place)] = vide;
+      return;
+    }
     x_.signaler(Code::tour_rompu, fic_face, r.face, desordre(t), "Edge/1");
     x_.douter(fic_face, r.face);
+  }
+
+  /// The slot without whose edge the three others close, -1 when there is none.
+  int de_trop(const Tour& t) const {
+    for (std::size_t j = 0; t.nb == nb_edges_face && j < t.nb; ++j) {
+      Tour trois = t;
+      std::copy(t.edges.begin() + static_cast<std::ptrdiff_t>(j) + 1, t.edges.end(),
+                trois.edges.begin() + static_cast<std::ptrdiff_t>(j));
+      --trois.nb;
+      if (ferme(m_, trois, trois.edges)) return t.places[j];
+    }
+    return -1;
   }
 
   std::string desordre(const Tour& t) const {
