@@ -3,6 +3,7 @@
 
 #include "app/topodata/colonnes.h"
 #include "app/topodata/commandes.h"
+#include "app/topodata/options.h"
 #include "app/topodata/sortie.h"
 #include "dataset/csv.h"
 #include "dataset/schema.h"
@@ -35,7 +36,7 @@ void ajouter_attributs(CLI::App& app, int&) {
   const auto o = std::make_shared<Options>();
   CLI::App* c = app.add_subcommand("attributs", "Dit les attributs de la table et leur sens");
   c->add_flag("--csv", o->csv, "En CSV, pour un programme");
-  c->add_option("-o,--sortie", o->fichier, "Fichier a ecrire (sinon la sortie standard)");
+  option_sortie(*c, o->fichier);
   c->footer(
       "colonne : leur place dans la table, et leur ligne et leur cellule dans global.cov.\n"
       "Exemple :\n"

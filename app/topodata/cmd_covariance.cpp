@@ -126,7 +126,7 @@ void controler_options(const Options& o) {
   const bool des_cas = !o.cible.chemin.empty();
   if (o.centree && o.correlation) throw Erreur("--centree et --correlation s'excluent");
   if (o.depuis.empty() && (!des_cas || o.cible.mode.empty()))
-    throw CLI::RequiredError("CHEMIN et MODE, ou --depuis-sommes,");
+    throw CLI::RequiredError("CHEMIN et MODE, ou --depuis-sommes");
   if (!o.depuis.empty() && des_cas)
     throw Erreur("--depuis-sommes remplace CHEMIN et MODE : donner l'un ou l'autre");
   if (!o.depuis.empty() && (o.brut || !o.table.applique_echelle.empty() || o.table.epsilon ||

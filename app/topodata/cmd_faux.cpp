@@ -103,7 +103,7 @@ void ajouter_faux(CLI::App& app, int&) {
   auto* par_nombre = option_entier(*c, "--nombre", "Nombre d'exemples synthetiques", o->nombre, 0,
                                    std::numeric_limits<int>::max());
   option_reel(*c, "--ratio", "Leur nombre, en part du nombre d'exemples reels", o->ratio,
-              std::numeric_limits<double>::max(), "un nombre, 0 ou plus")
+              std::numeric_limits<double>::max(), "un nombre de 0 a 1.79769e+308")
       ->excludes(par_nombre);
   option_entier(*c, "--graine", "Graine des tirages (1 par defaut)", o->graine, 0, graine_max);
   c->add_flag("--seuls", o->seuls, "N'ecrit que les exemples synthetiques");

@@ -18,7 +18,7 @@ void lire_plis(const std::string& texte, OptionsPartage& o) {
   }
   o.plis = entier_strict(texte).value_or(0);
   if (*o.plis < 2)
-    throw Erreur("--plis : '" + texte + "' (attendu : un entier, 2 ou plus, ou bases)");
+    throw Erreur("--plis : '" + texte + "' (attendu : un entier de 2 a 2147483647, ou bases)");
 }
 
 }  // namespace

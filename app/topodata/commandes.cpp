@@ -64,7 +64,10 @@ int executer(const std::vector<std::string>& mots) {
   for (const AjouterCommande ajouter : commandes) ajouter(app, statut);
   app.add_subcommand("help", "Affiche l'aide d'une commande")
       ->add_option("COMMANDE", "Nom de la commande");
-  for (CLI::App* commande : app.get_subcommands({})) commande->group("Commandes");
+  for (CLI::App* commande : app.get_subcommands({})) {
+    commande->group("Commandes");
+    sans_valeur_aux_drapeaux(*commande);
+  }
   completer_commandes(app);
   if (mots.size() > 1 && mots[1] == "__completer") {
     Sortie sortie("");

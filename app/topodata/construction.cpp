@@ -84,7 +84,7 @@ void option_epsilon(CLI::App& commande, OptionsTable& options) {
       [&options](const std::string& texte) {
         options.epsilon = reel_strict(texte);
         if (!options.epsilon || !(*options.epsilon >= 0))
-          throw Erreur("--epsilon : '" + texte + "' (attendu : un nombre, 0 ou plus)");
+          throw Erreur("--epsilon : '" + texte + "' (attendu : un nombre de 0 a 1.79769e+308)");
       },
       "Ecrit 0 pour les nombres plus petits que cela en valeur absolue");
 }
@@ -110,8 +110,9 @@ void options_table(CLI::App& commande, OptionsTable& options) {
   option_epsilon(commande, options);
   commande.add_flag("--normalise", options.normalise,
                     "Ramene chaque attribut numerique entre 0 et 1");
-  commande.add_option("--echelle", options.echelle,
-                      "Avec --normalise : ecrit les minimums et maximums dans ce fichier csv");
+  option_fichier(commande, "--echelle",
+                 "Avec --normalise : ecrit les minimums et maximums dans ce fichier csv",
+                 options.echelle);
   option_applique_echelle(commande, options);
   commande.add_option("--nom", options.nom, "Nom de la relation ARFF (topology par defaut)");
 }

@@ -9,6 +9,11 @@
 
 namespace topomine {
 
+void sans_valeur_aux_drapeaux(CLI::App& commande) {
+  for (CLI::Option* option : commande.get_options())
+    if (option->get_expected_max() == 0) option->disable_flag_override();
+}
+
 void franciser(CLI::App& app) {
   app.set_help_flag("-h,--help", "Affiche cette aide");
   auto& mots = *app.get_formatter();
@@ -64,10 +69,11 @@ constexpr std::pair<const char*, const char*> messages[]{
     {"#: At least # required but received #", "$1 : $3 valeurs, il en faut $2"},
     {"#: too many inputs for a flag", "$1 ne prend pas de valeur"},
     {"#: Should be true/false or a number", "$1 ne prend pas de valeur"},
-    {"# was given a disallowed flag override", "$1 ne prend pas de valeur"},
+    {"# was given a disallowed flag override", "--$1 ne prend pas de valeur"},
     {"#: attendu : #", "$1 : attendu : $2"},
     {"#: # not in {#}", "$1 : '$2' (attendu : $3)"},
     {"Could not convert: # = #", "$1 : valeur refusee : '$2'"},
+    {"--#: #", "--$1 : $2"},
 };
 
 }  // namespace

@@ -12,6 +12,9 @@ namespace topomine {
 /// The option parser's own words (headings of the help, types of values) in French.
 void franciser(CLI::App& app);
 
+/// A flag is there or not: --csv=3 is a fault.
+void sans_valeur_aux_drapeaux(CLI::App& commande);
+
 /// What it says about a command line that it has not understood, in French.
 std::string en_francais(const CLI::App& app, const CLI::Error& erreur);
 

@@ -136,6 +136,21 @@ TEST(Fichiers, ThatCannotBeWrittenAreSaidAndNothingChanges) {
   EXPECT_EQ(par_le_shell(c, "cat cas/*.cfg cas/*/*").sortie, avant);
 }
 
+TEST(Fichiers, OfAFolderAreNotWrittenOverByMakeCases) {
+  const Dossier d;
+  d.ecrire("mien/climite.cfg", "mien");
+  const auto faire = [&](std::vector<std::string> mots) {
+    mots.insert(mots.begin(), {"mien", "--blocs", "8"});
+    const Resultat r = lancer(MAKE_CASES_PROGRAM, d.chemin(), mots);
+    return r.erreur + std::to_string(r.statut);
+  };
+  EXPECT_EQ(faire({}),
+            "make_cases : mien n'est pas vide ; --force ecrit par-dessus ce qui s'y trouve\n1");
+  EXPECT_EQ(d.lire("mien/climite.cfg"), "mien");
+  EXPECT_EQ(faire({"--force"}), "0");
+  EXPECT_NE(d.lire("mien/climite.cfg"), "mien");
+}
+
 TEST(Fichiers, KeepTheirOwnerWhereTheyMay) {
   if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
   const Collection c;
