@@ -4,8 +4,6 @@
 
 #include "fuzz/cibles.h"
 
-using namespace topomine;
-
 // What the fuzzer calls: CIBLE is the target that the build links in.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* octets, std::size_t taille) {
   CIBLE({reinterpret_cast<const char*>(octets), taille});

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/lecture/parcours.h"
+#include "base/lecture/document.h"
 #include "fuzz/cibles.h"
 
 using namespace topomine;
