@@ -60,8 +60,11 @@ struct ModeleClimite {
       if (flux.eof()) break;
       if (!couper(ligne, champs) || champs.size() > colonnes.size()) return Fin::ligne_fautive;
       for (std::size_t n = 0; n < champs.size(); ++n) rangee[colonnes[n]] = champs[n];
-      for (const std::string& nom : colonnes)
-        octets += static_cast<std::int64_t>(100 + nom.size() + rangee[nom].size());
+      for (const std::string& nom : colonnes) {
+        const auto valeur = rangee.find(nom);
+        octets += static_cast<std::int64_t>(100 + nom.size() +
+                                            (valeur == rangee.end() ? 0 : valeur->second.size()));
+      }
       table[nombres.entier(rangee["Damas code"])] = rangee;
     }
     return Fin::lue;
