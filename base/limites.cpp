@@ -2,7 +2,7 @@
 
 namespace topomine {
 
-Limite limite(const Base& base, int code) {
+Limite limite_de(const Base& base, int code) {
   return {code, Base::list_CLim.contains(code), base._CL(code, "Family"),
           base.DAM2BCCODE({code}).at(0)};
 }

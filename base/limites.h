@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,12 +16,13 @@ struct Limite {
   int bccode = 0;       ///< as the table counts it; 0 when it is not known
 };
 
-Limite limite(const Base& base, int code);
+Limite limite_de(const Base& base, int code);
 /// Those of a face's or an edge's codes, in its order.
 template <class Entite>
 std::vector<Limite> limites(const Base& base, const Entite& entite) {
   std::vector<Limite> toutes;
-  for (int i = 0; i < entite.nb_BC(); ++i) toutes.push_back(limite(base, entite._BC(i)));
+  toutes.reserve(static_cast<std::size_t>(entite.nb_BC()));
+  for (int i = 0; i < entite.nb_BC(); ++i) toutes.push_back(limite_de(base, entite._BC(i)));
   return toutes;
 }
 

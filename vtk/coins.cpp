@@ -50,12 +50,12 @@ class Sommets {
     while (c < coins_.size() && !libre(c)) ++c;
     if (c == coins_.size())
       return std::ranges::all_of(coins_, [](const auto& v) { return v.has_value(); });
-    for (const int v : candidats(c)) {
+    return std::ranges::any_of(candidats(c), [&](int v) {
       coins_[c] = v;
-      if (resoudre()) return true;
-      coins_[c].reset();
-    }
-    return false;
+      const bool trouve = resoudre();
+      if (!trouve) coins_[c].reset();
+      return trouve;
+    });
   }
 
   template <std::size_t N>

@@ -103,7 +103,7 @@ class Bords {
     codes_.emplace_back();
     for (int i = 0; i < entite.nb_BC(); ++i) codes_.back().push_back(entite._BC(i));
     for (const int code : codes_.back())
-      if (!limites_.contains(code)) limites_.emplace(code, limite(base_, code));
+      if (!limites_.contains(code)) limites_.emplace(code, limite_de(base_, code));
   }
 
   void ecrire(Construction& c) const {
@@ -202,7 +202,8 @@ Grille grille_bords(const Base& base, bool faces, bool edges) {
   Construction c(base);
   Bords bords(base);
   std::vector<int> ident, sorte, carac, type, bloc_1, bloc_2, sans_faces, sans_edges;
-  const auto ajouter = [&](TypeCellule cellule, std::span<const int> vertices, const auto& entite) {
+  const auto inscrire = [&](TypeCellule cellule, std::span<const int> vertices,
+                            const auto& entite) {
     c.ajouter(cellule, vertices);
     bords.ajouter(entite);
     ident.push_back(entite._id());
@@ -216,7 +217,7 @@ Grille grille_bords(const Base& base, bool faces, bool edges) {
         sans_faces.push_back(numero);
         continue;
       }
-      ajouter(cellule_quad, *coins, face);
+      inscrire(cellule_quad, *coins, face);
       type.push_back(face._type());
       bloc_1.push_back(std::max(face._bloc(0), 0));
       bloc_2.push_back(std::max(face._bloc(1), 0));
@@ -225,7 +226,7 @@ Grille grille_bords(const Base& base, bool faces, bool edges) {
     for (const auto& [numero, edge] : base.edges) {
       const auto bouts = bouts_edge(base, numero);
       if (bouts)
-        ajouter(cellule_ligne, *bouts, edge);
+        inscrire(cellule_ligne, *bouts, edge);
       else
         sans_edges.push_back(numero);
     }

@@ -196,6 +196,7 @@ void ajouter_voir(CLI::App& app, int&) {
   auto* cherche = c->add_option("--cherche", o->cherche,
                                 "Les blocs qui remplissent ces conditions, separees par des "
                                 "virgules ; se repete")
+                      ->type_name("CONDITIONS")
                       ->allow_extra_args(false);
   for (const char* autre : {"--sorte", "--element", "--voisins", "--coins"})
     cherche->excludes(c->get_option(autre));

@@ -87,13 +87,8 @@ Vue vue_de(const Boite& boite) {
 
 class Camera {
  public:
-  explicit Camera(const Vue& vue) {
-    const double az = vue.azimut * std::numbers::pi / 180,
-                 el = vue.elevation * std::numbers::pi / 180;
-    vers_ = {std::cos(el) * std::cos(az), std::cos(el) * std::sin(az), std::sin(el)};
-    droite_ = {-std::sin(az), std::cos(az), 0};
-    dessus_ = produit(vers_, droite_);
-  }
+  explicit Camera(const Vue& vue)
+      : Camera(vue.azimut * std::numbers::pi / 180, vue.elevation * std::numbers::pi / 180) {}
   Position oeil() const { return {distance * vers_[0], distance * vers_[1], distance * vers_[2]}; }
   double eloignement(const Position& p) const {
     const Position d = moins(oeil(), p);
@@ -115,6 +110,11 @@ class Camera {
   }
 
  private:
+  Camera(double az, double el)
+      : vers_{std::cos(el) * std::cos(az), std::cos(el) * std::sin(az), std::sin(el)},
+        droite_{-std::sin(az), std::cos(az), 0},
+        dessus_(produit(vers_, droite_)) {}
+
   static constexpr double distance = 3.4;  // radii of the case
   Position vers_, droite_, dessus_;
 };
@@ -234,7 +234,8 @@ int octet(double v) {
 
 std::string rgb(const Couleur& c) {
   std::array<char, 16> t{};
-  std::snprintf(t.data(), t.size(), "'#%02x%02x%02x'", octet(c[0]), octet(c[1]), octet(c[2]));
+  static_cast<void>(
+      std::snprintf(t.data(), t.size(), "'#%02x%02x%02x'", octet(c[0]), octet(c[1]), octet(c[2])));
   return t.data();
 }
 
@@ -338,7 +339,8 @@ std::string legende(Trace& trace, const LegendeCas& l, double largeur) {
     min = std::max(min - ecart, -fini);
     max = std::min(max + ecart, fini);
   }
-  std::snprintf(bornes.data(), bornes.size(), "set cbrange [%.6g:%.6g]\n", min, max);
+  static_cast<void>(
+      std::snprintf(bornes.data(), bornes.size(), "set cbrange [%.6g:%.6g]\n", min, max));
   s += bornes.data();
   if (l.logarithmique) s += "set logscale cb\n";
   s += "set palette defined (";
@@ -363,10 +365,10 @@ std::string script_dessin(const Scene& scene, const std::optional<Vue>& vue, boo
   Trace trace;
   tracer(trace, peinture.touches, camera, cadre);
   const double largeur = largeur_cas + largeur_legende(scene.legende);
-  const std::string taille =
+  const std::string dimensions =
       std::to_string(static_cast<int>(largeur)) + ',' + std::to_string(static_cast<int>(hauteur));
   std::string s = "set encoding iso_8859_1\nset terminal " + std::string(svg ? "svg" : "pngcairo") +
-                  " size " + taille +
+                  " size " + dimensions +
                   " font 'DejaVu Sans,11' background rgb 'white'\n"
                   "set lmargin at screen 0\nset rmargin at screen 1\nset bmargin at screen 0\n"
                   "set tmargin at screen 1\nunset border\nunset tics\nset cbtics\n"

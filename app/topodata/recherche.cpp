@@ -129,25 +129,26 @@ Condition lire_condition(const Base& base, const BaseBuffer& table, const std::s
 
 }  // namespace
 
-std::size_t chercher_blocs(Base& base, const std::vector<std::string>& textes, std::ostream& out) {
+std::size_t chercher_blocs(Base& base, const std::vector<std::string>& conditions,
+                           std::ostream& out) {
   const BaseBuffer table = table_de(base);
-  std::vector<Condition> conditions;
-  for (const std::string& texte : textes)
-    for (const std::string& une : decouper(texte))
-      conditions.push_back(lire_condition(base, table, une));
-  if (conditions.empty()) throw Erreur("--cherche : aucune condition");
+  std::vector<Condition> lues;
+  for (const std::string& texte : conditions)
+    for (const std::string& une : decouper(texte)) lues.push_back(lire_condition(base, table, une));
+  if (lues.empty()) throw Erreur("--cherche : aucune condition");
   std::size_t trouves = 0, rang = 0;
-  for (const auto& [numero, bloc] : base.blocs) {
+  for (const auto& paire : base.blocs) {
+    const Block& bloc = paire.second;
     const Ligne& ligne = table._expl[rang++];
     std::vector<std::string> dits;
-    const bool tous = std::ranges::all_of(conditions, [&](const Condition& condition) {
+    const bool tous = std::ranges::all_of(lues, [&](const Condition& condition) {
       const auto dit = condition(bloc, ligne);
       if (dit && std::ranges::count(dits, *dit) == 0) dits.push_back(*dit);
       return dit.has_value();
     });
     if (!tous) continue;
     ++trouves;
-    out << "Bloc " << numero << " : " << enumerer(dits) << '\n';
+    out << "Bloc " << paire.first << " : " << enumerer(dits) << '\n';
   }
   return trouves;
 }

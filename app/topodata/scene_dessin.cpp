@@ -90,7 +90,7 @@ class Familles {
   explicit Familles(const Base& base) : base_(base) {
     std::set<std::pair<bool, std::string>> noms;
     for (const auto& [numero, face] : base.faces)
-      for (const Limite& l : limites(base, face)) noms.emplace(!est_paroi(base, l), nom(l));
+      for (const Limite& l : limites(base, face)) noms.emplace(!est_paroi(base, l), nom_de(l));
     for (const auto& [ouverte, nom] : noms) {
       if (couleurs_.contains(nom)) continue;
       const Couleur c = couleurs_familles[couleurs_.size() % couleurs_familles.size()];
@@ -99,7 +99,7 @@ class Familles {
     }
   }
 
-  const std::vector<LegendeCas::Nom>& noms() const { return legende_; }
+  const std::vector<LegendeCas::Nom>& legende() const { return legende_; }
 
   /// The colour of a face: that of a wall, or else of its first family.
   std::optional<Couleur> couleur(const Face& face, bool& paroi) const {
@@ -107,14 +107,14 @@ class Familles {
     paroi = false;
     for (const Limite& l : limites(base_, face)) {
       const bool mur = est_paroi(base_, l);
-      if (!c || (mur && !paroi)) c = couleurs_.at(nom(l));
+      if (!c || (mur && !paroi)) c = couleurs_.at(nom_de(l));
       paroi = paroi || mur;
     }
     return c;
   }
 
  private:
-  static std::string nom(const Limite& l) {
+  static std::string nom_de(const Limite& l) {
     return l.famille.empty() ? "code " + std::to_string(l.code) : l.famille;
   }
 
@@ -232,7 +232,7 @@ Scene scene_de(Base& base, const std::string& par) {
   if (base.blocs.empty()) throw Erreur("rien a dessiner : " + base.nom + " n'a aucun bloc");
   const Familles familles(base);
   if (par == "famille") {
-    scene.legende = {"famille", {}, false, familles.noms()};
+    scene.legende = {"famille", {}, false, familles.legende()};
     traits_des_familles(scene, base, familles);
   } else if (par == schema[col_TypeC].nom) {
     scene.legende = {par, {}, false, {{"topologie C", orange}, {"autres blocs", gris_trait}}};
