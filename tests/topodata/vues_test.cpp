@@ -80,6 +80,22 @@ TEST(Resume, SaysEachAttributeAndEachBase) {
                                                     "base +string +- +- +- +- +- +- +- +1 +-\n")));
 }
 
+TEST(Resume, AlignsNamesOfAnyLetters) {
+  const Collection c;
+  for (const char* nom : {"\xC3\xA9t\xC3\xA9", "x\ny"})
+    for (const auto& f : std::filesystem::directory_iterator(c.cas() + "mesh_case_1")) {
+      std::string fin = f.path().filename().string().substr(11);
+      std::filesystem::create_directories(c.cas() + nom);
+      std::filesystem::copy(f.path(), c.cas() + nom + "/" + nom + fin);
+    }
+  const std::string dit =
+      topodata({"resume", c.cas(), "nrm", "--bases", "\xC3\xA9t\xC3\xA9,x\ny"}, [] {
+        setenv("LC_ALL", "C.UTF-8", 1);
+      }).sortie;
+  EXPECT_NE(dit.find("\n\xC3\xA9t\xC3\xA9         8 "), std::string::npos) << dit;
+  EXPECT_NE(dit.find("\nx\\x0Ay      8 "), std::string::npos) << dit;
+}
+
 TEST(Covariance, IsTheRunsMatrixWithNames) {
   const Collection c;
   BaseBuffer t = c.table({"mesh_case_1", "mesh_case_2"});
