@@ -145,7 +145,8 @@ TEST(Classe, ComesLastWithoutWhatNamesTheExample) {
         {{"TypeC", "--cache", "Type*"}, "--cache cache TypeC, que --classe demande"},
         {{"TypeC", "--garde", "base,ident"}, "il ne reste aucun attribut pour predire TypeC"},
         {{"TypeC", "--garde", "eriksom"}, "attribut inconnu : 'eriksom' (le plus proche : erikson"},
-        {{"TypeC", "--epsilon", "-1"}, "--epsilon : '-1' (attendu : un nombre, 0 ou plus)"}}) {
+        {{"TypeC", "--epsilon", "-1"},
+         "--epsilon : '-1' (attendu : un nombre de 0 a 1.79769e+308)"}}) {
     const Resultat r = avec(options);
     EXPECT_TRUE(r.erreur.starts_with(std::string("topodata : ") + dit)) << r.erreur;
     EXPECT_EQ(r.statut, 2);
