@@ -80,7 +80,7 @@ pid_t lancer(int entree, int sortie, int erreurs) {
   if (erreur == ENOENT)
     throw Erreur(
         "gnuplot n'est pas installe (paquet Debian : gnuplot-nox) ; sans lui il n'y a pas "
-        "d'image, seulement la matrice en csv");
+        "d'image");
   if (erreur != 0)
     throw Erreur(std::string("gnuplot impossible a lancer : ") + std::strerror(erreur));
   return enfant;
