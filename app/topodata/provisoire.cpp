@@ -124,8 +124,8 @@ Provisoire::~Provisoire() {
 /// A name that no other file has yet, as far as this program knows.
 void Provisoire::nommer() {
   static int numero = 0;
-  std::snprintf(nom_.data(), nom_.size(), ".topodata-%ld-%d", static_cast<long>(getpid()),
-                ++numero);
+  static_cast<void>(std::snprintf(nom_.data(), nom_.size(), ".topodata-%ld-%d",
+                                  static_cast<long>(getpid()), ++numero));
 }
 
 void Provisoire::oublier() {
