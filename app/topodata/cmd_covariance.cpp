@@ -1,9 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -11,6 +9,7 @@
 #include "app/topodata/commandes.h"
 #include "app/topodata/construction.h"
 #include "app/topodata/options.h"
+#include "base/lecture/fichier.h"
 #include "dataset/csv.h"
 #include "dataset/matrice.h"
 
@@ -108,11 +107,11 @@ Sommes ajouter_les_sommes(const std::vector<std::string>& fichiers, Progres& pro
   for (const std::string& fichier : fichiers) {
     progres.etape("lecture de " + fichier);
     inscrire_entree(fichier);
-    std::ifstream flux(fichier, std::ios::binary);
-    const std::string texte{std::istreambuf_iterator<char>(flux), {}};
+    std::string texte;
     Sommes partie;
     std::string faute = "illisible";
-    if (!flux || !partie.lire(texte, faute)) throw Erreur(fichier + " : " + faute);
+    if (lire_fichier(fichier, texte) != Lecture::faite || !partie.lire(texte, faute))
+      throw Erreur(fichier + " : " + faute);
     if (&fichier == &fichiers.front())
       total = partie;
     else if (!total.ajouter(partie))

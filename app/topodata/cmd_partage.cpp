@@ -47,6 +47,7 @@ void ajouter_partage(CLI::App& app, int&) {
       ->required();
   option_entier(*c, "--graine", "Graine du melange et des choix (1 par defaut)", o->graine, 0,
                 graine_max);
+  c->add_flag("--melange", o->melange, "Melange les exemples ; c'est le cas sans --sans-melange");
   c->add_flag("--sans-melange", o->sans_melange, "Garde l'ordre de la table");
   options_table(*c, o->table);
   c->footer(

@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iterator>
 #include <map>
 #include <new>
@@ -14,6 +13,7 @@
 #include "app/topodata/endroit.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
+#include "base/lecture/fichier.h"
 #include "dataset/arff.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
@@ -39,9 +39,9 @@ std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
 Echelle lire_fichier_echelle(const std::string& fichier) {
   inscrire_entree(fichier);
   inscrire_entree(fichier);
-  std::ifstream flux(fichier, std::ios::binary);
-  const std::string texte{std::istreambuf_iterator<char>(flux), {}};
-  if (!flux) throw Erreur(fichier + " : echelle illisible");
+  std::string texte;
+  if (lire_fichier(fichier, texte) != Lecture::faite)
+    throw Erreur(fichier + " : echelle illisible");
   Echelle echelle;
   std::string faute;
   if (!lire_echelle(texte, echelle, faute))

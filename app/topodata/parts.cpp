@@ -25,6 +25,7 @@ void controler_options(const OptionsPartage& o) {
                       : "donner --ratio (deux parties) ou --plis (autant de paires)");
   if (o.un_pli_par_base && !o.stratifie.empty())
     throw Erreur("--plis bases et --stratifie s'excluent : chaque base est un essai a elle seule");
+  if (o.melange && o.sans_melange) throw Erreur("--melange et --sans-melange s'excluent");
   if (o.sans_melange && o.graine && !o.par_base)
     throw Erreur("--sans-melange et --graine s'excluent : rien n'est tire au sort");
   if (o.stratifie.empty()) return;

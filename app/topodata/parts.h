@@ -15,7 +15,7 @@ struct OptionsPartage {
   std::optional<int> plis;
   std::optional<long> graine;
   std::string stratifie, prefixe;
-  bool un_pli_par_base = false, par_base = false, sans_melange = false;
+  bool un_pli_par_base = false, par_base = false, melange = false, sans_melange = false;
 };
 
 /// Reads the table, splits it and writes the parts, all of them or none. Says on standard error

@@ -194,6 +194,8 @@ TEST(Parts, SaysInOneLineWhatCannotBeSplit) {
        "",
        "attribut inconnu : 'Typ' (le plus proche : type"},
       {{"--ratio", "0.5", "--sans-melange", "--graine", "2"}, "", "--sans-melange et --graine"},
+      {{"--ratio", "0.5", "--sans-melange", "--melange"}, "", "--melange et --sans-melange"},
+      {{"--ratio", "0.5", "--applique-echelle", c.cas()}, "", c.cas() + " : echelle illisible"},
       {{"--ratio", "0.5", "--echelle", e}, "", "--echelle demande --normalise"},
       {{"--ratio", "0.5", "--normalise"}, "x", "--normalise et --applique-echelle s'excluent"},
       {{"--ratio", "0.5"}, "", e + " : attendu : un csv qui commence par"},
