@@ -22,7 +22,9 @@ SEPARATEUR, ENTREE = b"\x1e", b"\x1d"  # between the parts of an input, between 
 # Target to the longest input, and the ending of the files that it reads.
 CIBLES = {"bloc": (6000, ".blck"), "face": (6000, ".face"), "edge": (6000, ".edge"),
           "vertex": (6000, ".vrtx"), "scene": (4000, ".def"), "climite": (1000, None),
-          "conversion": (400, None), "table": (1200, None), "collection": (12000, None)}
+          "conversion": (400, None), "table": (1200, None), "collection": (12000, None),
+          "cgns": (120000, None)}
+BINAIRES = {"cgns"}  # an input a file
 
 
 def reduire(fichier, garde):
@@ -47,7 +49,8 @@ def graines(collection, cible):
     if cible == "climite":
         yield climite[:900]
     for fichier in sorted((ICI.parent / "tests" / "corpus" / cible).iterdir()):
-        yield from fichier.read_bytes().split(ENTREE)
+        octets = fichier.read_bytes()
+        yield from [octets] if cible in BINAIRES else octets.split(ENTREE)
 
 
 def ecrire_graines(build, make_cases):
@@ -62,7 +65,7 @@ def ecrire_graines(build, make_cases):
 
 
 def trouver(build, nom):
-    return next(p for p in (build / "fuzz" / nom, build / nom) if p.exists())
+    return next((p for p in (build / "fuzz" / nom, build / nom) if p.exists()), None)
 
 
 def lancer(args, cible):
@@ -89,8 +92,10 @@ def main():
     p.add_argument("--secondes", type=int, default=15)
     p.add_argument("--jobs", type=int, default=2)
     p.add_argument("--graine", type=int, default=0, help="0: another one each time")
-    p.add_argument("--cibles", default=",".join(CIBLES))
+    p.add_argument("--cibles", help="sinon toutes celles qui sont construites")
     args = p.parse_args()
+    if not args.cibles:
+        args.cibles = ",".join(c for c in CIBLES if trouver(args.build, f"fuzz_{c}"))
     ecrire_graines(args.build, args.make_cases)
     fautives = 0
     print(f"{'cible':12}{'executions':>12}{'exec/s':>8}{'aretes':>8}{'traits':>8}  resultat")

@@ -18,14 +18,18 @@ void cible_table(std::string_view entree);
 /// them: climite.cfg, .def, .blck, .face, .edge, .vrtx. Missing ones are empty.
 void cible_collection(std::string_view entree);
 
+/// A CGNS mesh, or what the process that reads one sends back. Built with the CGNS library only.
+void cible_cgns(std::string_view entree);
+
 inline constexpr char separateur = '\x1e';
 
 struct Cible {
   std::string_view nom;
   void (*essayer)(std::string_view);
+  bool binaire = false;  ///< an input a file: any byte may be in it
 };
 
-inline constexpr std::array<Cible, 9> cibles{{
+inline constexpr auto cibles = std::to_array<Cible>({
     {"bloc", cible_bloc},
     {"face", cible_face},
     {"edge", cible_edge},
@@ -35,4 +39,7 @@ inline constexpr std::array<Cible, 9> cibles{{
     {"conversion", cible_conversion},
     {"table", cible_table},
     {"collection", cible_collection},
-}};
+#ifdef TOPOMINE_CGNS
+    {"cgns", cible_cgns, true},
+#endif
+});

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,11 @@ int main(int argc, char** argv) {
       return 1;
     }
     std::cout << fichier.string() << std::endl;  // the last one is the one that failed
+    if (cible->binaire) {
+      cible->essayer(std::string(std::istreambuf_iterator<char>(flux), {}));
+      ++nb;
+      continue;
+    }
     // Short inputs share a file.
     for (std::string octets; std::getline(flux, octets, '\x1d'); ++nb) cible->essayer(octets);
   }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -131,13 +132,26 @@ class Tours {
            std::to_string(x_.numero(fic_vrtx, b.second));
   }
 
+  /// The edges that go once around: on their faces the two edges beside them are one.
+  std::set<int> boucles() const {
+    std::set<int> r;
+    for (int f = 0; f < m_.num_faces.nb(); ++f) {
+      const auto& edges = au(m_.faces, f);
+      for (std::size_t s = 0; s < edges.size(); ++s)
+        if (edges[s] >= 0 && edges[s ^ 1] >= 0 && edges[s ^ 1] == edges[s ^ 3]) r.insert(edges[s]);
+    }
+    return r;
+  }
+
   void sommets_repetes() {
+    const std::set<int> autour = boucles();
     for (int e = 0; e < m_.num_edges.nb(); ++e) {
       auto& bouts = au(m_.edges, e);
       if (bouts[0] < 0 || bouts[0] != bouts[1]) continue;
-      x_.signaler(
-          Code::sommet_repete, fic_edge, e,
-          "rmin et rmax sont le meme sommet " + std::to_string(x_.numero(fic_vrtx, bouts[0])));
+      if (!autour.contains(e))
+        x_.signaler(
+            Code::sommet_repete, fic_edge, e,
+            "rmin et rmax sont le meme sommet " + std::to_string(x_.numero(fic_vrtx, bouts[0])));
       bouts = {inconnu, inconnu};
     }
   }

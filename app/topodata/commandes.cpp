@@ -32,6 +32,7 @@ constexpr auto commandes = std::to_array<AjouterCommande>({
     ajouter_voir,
     ajouter_exporte,
     ajouter_dessine,
+    ajouter_importe,
     ajouter_verifie,
 });
 

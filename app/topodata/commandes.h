@@ -17,6 +17,7 @@ void ajouter_faux(CLI::App& app, int& statut);
 void ajouter_attributs(CLI::App& app, int& statut);
 void ajouter_resume(CLI::App& app, int& statut);
 void ajouter_covariance(CLI::App& app, int& statut);
+void ajouter_importe(CLI::App& app, int& statut);
 void ajouter_voir(CLI::App& app, int& statut);
 void ajouter_exporte(CLI::App& app, int& statut);
 void ajouter_dessine(CLI::App& app, int& statut);

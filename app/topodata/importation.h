@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+namespace topomine {
+
+struct OptionsImportation {
+  std::string maillage, chemin, base;
+  std::string mode = "nrm";
+  std::string base_cgns;
+  double tolerance = 1e-6;
+  std::string codes, pieces;  ///< files; empty for none
+  bool force = false;
+};
+
+/// Writes the case of a mesh and says on standard output what became of it. Throws Erreur, and has
+/// written nothing then.
+void importer(const OptionsImportation& o);
+
+}  // namespace topomine

@@ -1,0 +1,42 @@
+#include "cgns/appels_cgns.h"
+
+#include <cgnslib.h>
+
+#include "cgns/structure.h"
+
+namespace topomine {
+
+void illisible() {
+  std::string texte = cg_get_error();
+  for (char& c : texte)
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  constexpr std::size_t assez = 200;
+  throw MaillageRefuse("fichier CGNS illisible (" + texte.substr(0, assez) + ")");
+}
+
+void lire(int statut) {
+  if (statut != CG_OK) illisible();
+}
+
+std::map<std::string, int> types_des_familles(int fichier, int base) {
+  std::map<std::string, int> types;
+  int nb = 0;
+  lire(cg_nfamilies(fichier, base, &nb));
+  for (int f = 1; f <= nb; ++f) {
+    NomCgns nom, condition;
+    int conditions = 0, geometries = 0;
+    lire(cg_family_read(fichier, base, f, nom.place(), &conditions, &geometries));
+    if (conditions < 1) continue;
+    CGNS_ENUMT(BCType_t) type{};
+    lire(cg_fambc_read(fichier, base, f, 1, condition.place(), &type));
+    types.emplace(nom.texte(), static_cast<int>(type));
+  }
+  return types;
+}
+
+std::string nom_du_type(int type) {
+  if (type == CGNS_ENUMV(BCTypeUserDefined)) return "UserDefined";
+  return type > 0 && type < NofValidBCTypes ? BCTypeName[type] : "BCTypeNull";
+}
+
+}  // namespace topomine

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "cgns/lecture_cgns.h"
+
+namespace topomine {
+
+/// What the process that reads a file may take.
+struct LimitesLecture {
+  unsigned long secondes;  ///< on the wall clock
+  unsigned long octets;    ///< of memory
+};
+
+/// Ample for any file of that size that is sound.
+LimitesLecture limites_pour(unsigned long taille_du_fichier);
+
+/// lire_cgns in a process of its own: the library ends, or never comes back, on some damaged files.
+/// Throws MaillageRefuse, saying the file, when it cannot be read.
+Extrait extraire(const std::string& fichier, const OptionsLecture& options);
+Extrait extraire(const std::string& fichier, const OptionsLecture& options,
+                 const LimitesLecture& limites);
+
+}  // namespace topomine

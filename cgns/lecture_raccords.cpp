@@ -1,0 +1,164 @@
+#include <cgnslib.h>
+
+#include "cgns/appels_cgns.h"
+#include "cgns/codes.h"
+#include "cgns/lecture_zone.h"
+
+namespace topomine {
+
+namespace {
+
+constexpr auto type_indice = sizeof(cgsize_t) == 8 ? CGNS_ENUMV(LongInteger) : CGNS_ENUMV(Integer);
+
+Ijk triplet(const cgsize_t* v) {
+  return {v[0], v[1], v[2]};
+}
+
+std::vector<Ijk> triplets(const std::vector<cgsize_t>& v) {
+  std::vector<Ijk> r;
+  for (std::size_t n = 0; n + 2 < v.size(); n += 3) r.push_back(triplet(v.data() + n));
+  return r;
+}
+
+class Raccords {
+ public:
+  Raccords(Structure& s, const Repertoire& r, const PlaceZone& p)
+      : s_(s), r_(r), p_(p), zone_(p.rang) {}
+
+  void lire_tout() {
+    int groupes = 0, nb = 0;
+    lire(cg_nzconns(p_.fichier, p_.base, p_.zone, &groupes));
+    if (groupes > 1) dire(std::to_string(groupes) + " groupes de raccords, seul le premier est lu");
+    lire(cg_n1to1(p_.fichier, p_.base, p_.zone, &nb));
+    for (int n = 1; n <= nb; ++n) un_a_un(n);
+    lire(cg_nconns(p_.fichier, p_.base, p_.zone, &nb));
+    for (int n = 1; n <= nb; ++n) general(n);
+    lire(cg_nholes(p_.fichier, p_.base, p_.zone, &nb));
+    if (nb > 0)
+      dire(std::to_string(nb) + " trous de recouvrement, ils n'ont pas de place dans un cas");
+  }
+
+ private:
+  void dire(const std::string& texte) {
+    s_.dits.push_back("zone '" + s_.zones[zone_].nom + "' : " + texte);
+  }
+
+  std::size_t voisine(std::string nom, const std::string& raccord) const {
+    if (const std::size_t base = nom.rfind('/'); base != std::string::npos) nom.erase(0, base + 1);
+    const auto trouvee = r_.zones.find(nom);
+    if (trouvee == r_.zones.end())
+      throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', raccord '" + raccord +
+                           "' : zone voisine '" + nom + "' inconnue");
+    return trouvee->second;
+  }
+
+  void un_a_un(int n) {
+    NomCgns nom, nom_voisine;
+    std::array<cgsize_t, 6> ici{}, la{};
+    std::array<int, 3> t{};
+    lire(cg_1to1_read(p_.fichier, p_.base, p_.zone, n, nom.place(), nom_voisine.place(), ici.data(),
+                      la.data(), t.data()));
+    Jonction j{nom.texte(),
+               zone_,
+               voisine(nom_voisine.texte(), nom.texte()),
+               plage_entre(triplet(ici.data()), triplet(ici.data() + 3)),
+               {triplet(ici.data()), triplet(la.data()), t}};
+    std::array<float, 3> centre{}, angle{}, translation{};
+    const bool periodique = cg_1to1_periodic_read(p_.fichier, p_.base, p_.zone, n, centre.data(),
+                                                  angle.data(), translation.data()) == CG_OK;
+    if (refuser(j, triplet(la.data()), triplet(la.data() + 3), triplet(ici.data() + 3))) return;
+    ajouter(j, periodique);
+  }
+
+  /// True, once said, for a join of lines or points. Throws for one whose numbers do not fit.
+  bool refuser(const Jonction& j, const Ijk& debut_la, const Ijk& fin_la, const Ijk& fin_ici) {
+    const Plage la = plage_entre(debut_la, fin_la);
+    const bool dedans = zone_entiere(s_.zones[zone_].taille).contient(j.plage) &&
+                        zone_entiere(s_.zones[j.voisine].taille).contient(la);
+    if (!dedans || !transformation_valide(j.passage.t) || j.passage(fin_ici) != fin_la)
+      throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', raccord '" + j.nom +
+                           "' : " + texte_plage(j.plage) + " et " + texte_plage(la) +
+                           " de la zone '" + s_.zones[j.voisine].nom + "' ne se correspondent pas");
+    if (slot_de(s_.zones[zone_].taille, j.plage) >= 0 &&
+        slot_de(s_.zones[j.voisine].taille, la) >= 0)
+      return false;
+    dire("raccord '" + j.nom + "' " + texte_plage(j.plage) +
+         " ne joint pas deux faces, laisse de cote");
+    return true;
+  }
+
+  void ajouter(const Jonction& j, bool periodique) {
+    if (!periodique) return s_.jonctions.push_back(j);
+    ajouter_bord(j.nom, famille_periodique, bccode_periodique, zone_, j.plage);
+    ajouter_bord(j.nom, famille_periodique, bccode_periodique, j.voisine, j.passage(j.plage));
+  }
+
+  void ajouter_bord(const std::string& nom, const char* famille, int bccode, std::size_t zone,
+                    const Plage& plage) {
+    Condition c;
+    c.nom = nom;
+    c.famille = famille;
+    c.bccode = bccode;
+    c.de_raccord = true;
+    c.zone = zone;
+    c.plage = plage;
+    s_.conditions.push_back(c);
+  }
+
+  void general(int n) {
+    NomCgns nom, nom_voisine;
+    CGNS_ENUMT(GridLocation_t) lieu{};
+    CGNS_ENUMT(GridConnectivityType_t) type{};
+    CGNS_ENUMT(PointSetType_t) points{}, points_la{};
+    CGNS_ENUMT(ZoneType_t) type_la{};
+    CGNS_ENUMT(DataType_t) donnees{};
+    cgsize_t nb = 0, nb_la = 0;
+    lire(cg_conn_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &lieu, &type, &points, &nb,
+                      nom_voisine.place(), &type_la, &points_la, &donnees, &nb_la));
+    const Indice noeuds = zone_entiere(s_.zones[zone_].taille).nb_noeuds();
+    const std::string quoi = "raccord '" + nom.texte() + "'";
+    if (nb < 1 || nb > noeuds || nb_la < 0 || nb_la > noeuds)
+      throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', " + quoi + " : " +
+                           std::to_string(nb) + " points");
+    std::vector<cgsize_t> ici(3 * static_cast<std::size_t>(nb));
+    std::vector<cgsize_t> la(3 * static_cast<std::size_t>(nb_la) + 3);
+    lire(cg_conn_read(p_.fichier, p_.base, p_.zone, n, ici.data(), type_indice, la.data()));
+    la.resize(3 * static_cast<std::size_t>(nb_la));
+    const bool liste = points != CGNS_ENUMV(PointRange);
+    const auto plage = plage_des_points(
+        s_.zones[zone_].taille,
+        {liste, lieu == CGNS_ENUMV(Vertex) ? Points::noeuds : Points::inconnu, triplets(ici)});
+    if (!plage || type == CGNS_ENUMV(Overset))
+      return dire(quoi + " (" + GridConnectivityTypeName[type] +
+                  ") : ses points ne sont pas une partie de face raccordee, il est laisse de cote");
+    std::array<float, 3> centre{}, angle{}, translation{};
+    if (cg_conn_periodic_read(p_.fichier, p_.base, p_.zone, n, centre.data(), angle.data(),
+                              translation.data()) == CG_OK)
+      return ajouter_bord(nom.texte(), famille_periodique, bccode_periodique, zone_, *plage);
+    std::optional<Passage> passage;
+    if (type == CGNS_ENUMV(Abutting1to1) && !liste && lieu == CGNS_ENUMV(Vertex) &&
+        type_la == CGNS_ENUMV(Structured))
+      passage = passage_vers(*plage, triplets(la));
+    if (!passage) {
+      dire(quoi + " (" + GridConnectivityTypeName[type] +
+           ") : sans correspondance noeud a noeud, il devient un bord de la famille interface");
+      return ajouter_bord(nom.texte(), famille_interface, bccode_interface, zone_, *plage);
+    }
+    const Jonction j{nom.texte(), zone_, voisine(nom_voisine.texte(), nom.texte()), *plage,
+                     *passage};
+    if (!refuser(j, j.passage(plage->min), j.passage(plage->max), plage->max)) ajouter(j, false);
+  }
+
+  Structure& s_;
+  const Repertoire& r_;
+  PlaceZone p_;
+  std::size_t zone_;
+};
+
+}  // namespace
+
+void lire_raccords(Structure& s, const Repertoire& r, const PlaceZone& place) {
+  Raccords(s, r, place).lire_tout();
+}
+
+}  // namespace topomine

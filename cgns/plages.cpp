@@ -1,0 +1,86 @@
+#include "cgns/plages.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "mesh/numbering.h"
+
+namespace topomine {
+
+bool Plage::contient(const Ijk& p) const {
+  for (std::size_t a = 0; a < 3; ++a)
+    if (p[a] < min[a] || p[a] > max[a]) return false;
+  return true;
+}
+
+Indice Plage::nb_noeuds() const {
+  Indice n = 1;
+  for (std::size_t a = 0; a < 3; ++a) n *= max[a] - min[a] + 1;
+  return n;
+}
+
+int Plage::nb_axes_plats() const {
+  int n = 0;
+  for (std::size_t a = 0; a < 3; ++a) n += min[a] == max[a];
+  return n;
+}
+
+Plage plage_entre(const Ijk& a, const Ijk& b) {
+  Plage p;
+  for (std::size_t i = 0; i < 3; ++i) {
+    p.min[i] = std::min(a[i], b[i]);
+    p.max[i] = std::max(a[i], b[i]);
+  }
+  return p;
+}
+
+std::string texte_plage(const Plage& p) {
+  std::string texte = "[";
+  for (std::size_t a = 0; a < 3; ++a)
+    texte += (a ? "," : "") + std::to_string(p.min[a]) + ":" + std::to_string(p.max[a]);
+  return texte + "]";
+}
+
+Plage face_entiere(const Ijk& taille, int slot) {
+  Plage p = zone_entiere(taille);
+  const auto axe = static_cast<std::size_t>(slot % 3);
+  if (slot / 3)
+    p.min[axe] = taille[axe];
+  else
+    p.max[axe] = 1;
+  return p;
+}
+
+int slot_de(const Ijk& taille, const Plage& p) {
+  if (p.nb_axes_plats() != 1) return -1;
+  for (int slot = 0; slot < nb_faces_bloc; ++slot)
+    if (face_entiere(taille, slot).contient(p)) return slot;
+  return -1;
+}
+
+Ijk Passage::operator()(const Ijk& p) const {
+  Ijk q = vers;
+  for (std::size_t a = 0; a < 3; ++a) {
+    const Indice pas = p[a] - depuis[a];
+    q[static_cast<std::size_t>(std::abs(t[a]) - 1)] += t[a] > 0 ? pas : -pas;
+  }
+  return q;
+}
+
+Passage Passage::inverse() const {
+  Passage r{vers, depuis, {}};
+  for (std::size_t a = 0; a < 3; ++a) {
+    const int axe = static_cast<int>(a) + 1;
+    r.t[static_cast<std::size_t>(std::abs(t[a]) - 1)] = t[a] > 0 ? axe : -axe;
+  }
+  return r;
+}
+
+bool transformation_valide(const std::array<int, 3>& t) {
+  unsigned vus = 0;
+  for (const int axe : t)
+    if (axe >= -3 && axe <= 3 && axe != 0) vus |= 1U << std::abs(axe);
+  return vus == 0b1110;
+}
+
+}  // namespace topomine

@@ -1,0 +1,156 @@
+#include "tests/cgns/alterations.h"
+
+#include <cgnslib.h>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <vector>
+
+namespace topomine {
+
+namespace {
+
+/// The file, open for changes, and its first base.
+class Ouvert {
+ public:
+  explicit Ouvert(const std::string& fichier, int mode = CG_MODE_MODIFY) {
+    appel(cg_open(fichier.c_str(), mode, &f));
+  }
+  ~Ouvert() { cg_close(f); }
+  static void appel(int statut) {
+    if (statut != CG_OK) throw std::runtime_error(cg_get_error());
+  }
+  int f = 0, b = 1, n = 0;
+};
+
+/// An empty file of one base.
+struct Neuf : Ouvert {
+  Neuf(const std::string& fichier, int cellules, int espace) : Ouvert(fichier, CG_MODE_WRITE) {
+    appel(cg_base_write(f, "base", cellules, espace, &b));
+  }
+  void zone(const std::vector<cgsize_t>& tailles, CGNS_ENUMT(ZoneType_t) type) {
+    appel(cg_zone_write(f, b, "zone", tailles.data(), type, &n));
+  }
+};
+
+constexpr std::array<cgsize_t, 6> ici{3, 1, 1, 3, 3, 3}, la{1, 1, 1, 1, 3, 3};
+constexpr std::array<int, 3> droit{1, 2, 3};
+
+void un_a_un(const std::string& fichier, const char* nom, const char* voisine,
+             const std::array<cgsize_t, 6>& depuis, const std::array<cgsize_t, 6>& vers,
+             const std::array<int, 3>& t, int zone = 1) {
+  Ouvert o(fichier);
+  o.appel(cg_1to1_write(o.f, o.b, zone, nom, voisine, depuis.data(), vers.data(), t.data(), &o.n));
+}
+
+/// One coordinate of zone 2 replaced.
+void changer_coordonnee(const std::string& fichier, std::size_t noeud, double valeur) {
+  Ouvert o(fichier);
+  const std::array<cgsize_t, 3> debut{1, 1, 1}, fin{3, 3, 3};
+  std::vector<double> x(27);
+  o.appel(cg_coord_read(o.f, o.b, 2, "CoordinateX", CGNS_ENUMV(RealDouble), debut.data(),
+                        fin.data(), x.data()));
+  x[noeud] = valeur;
+  o.appel(cg_coord_write(o.f, o.b, 2, CGNS_ENUMV(RealDouble), "CoordinateX", x.data(), &o.n));
+}
+
+}  // namespace
+
+void base_plane(const std::string& fichier) {
+  Neuf(fichier, 2, 3).zone({3, 3, 2, 2, 0, 0}, CGNS_ENUMV(Structured));
+}
+
+void zone_non_structuree(const std::string& fichier) {
+  Neuf(fichier, 3, 3).zone({8, 1, 0}, CGNS_ENUMV(Unstructured));
+}
+
+void deux_bases(const std::string& fichier) {
+  Ouvert o(fichier);
+  o.appel(cg_base_write(o.f, "autre", 3, 3, &o.b));
+}
+
+void aucune_base(const std::string& fichier) {
+  const Ouvert o(fichier, CG_MODE_WRITE);
+}
+
+void aucune_zone(const std::string& fichier) {
+  const Neuf n(fichier, 3, 3);
+}
+
+void zone_plate(const std::string& fichier) {
+  Neuf(fichier, 3, 3).zone({3, 1, 3, 2, 0, 2, 0, 0, 0}, CGNS_ENUMV(Structured));
+}
+
+void sans_coordonnees(const std::string& fichier) {
+  Neuf(fichier, 3, 3).zone({3, 3, 3, 2, 2, 2, 0, 0, 0}, CGNS_ENUMV(Structured));
+}
+
+void coordonnees_polaires(const std::string& fichier) {
+  Neuf o(fichier, 3, 3);
+  o.zone({2, 2, 2, 1, 1, 1, 0, 0, 0}, CGNS_ENUMV(Structured));
+  const std::vector<double> r(8, 1.0);
+  o.appel(cg_coord_write(o.f, o.b, 1, CGNS_ENUMV(RealDouble), "CoordinateR", r.data(), &o.n));
+}
+
+void coordonnee_infinie(const std::string& fichier) {
+  changer_coordonnee(fichier, 13, INFINITY);
+}
+
+void noeud_ecarte(const std::string& fichier) {
+  changer_coordonnee(fichier, 12, 2.01);
+}
+
+void voisine_inconnue(const std::string& fichier) {
+  un_a_un(fichier, "perdu", "nulle part", ici, la, droit);
+}
+
+void raccord_boiteux(const std::string& fichier) {
+  un_a_un(fichier, "boiteux", "zone 2", ici, la, {1, -2, 3});
+}
+
+void raccord_double(const std::string& fichier) {
+  un_a_un(fichier, "double", "zone 1", ici, {1, 1, 1, 1, 3, 3}, droit);
+}
+
+void raccord_contraire(const std::string& fichier) {
+  un_a_un(fichier, "contraire", "zone 2", ici, {1, 3, 3, 1, 1, 1}, {1, -2, -3});
+}
+
+void tronque(const std::string& fichier) {
+  std::filesystem::resize_file(fichier, std::filesystem::file_size(fichier) / 2);
+}
+
+void un_texte(const std::string& fichier) {
+  std::ofstream(fichier) << "Damas code;BCCODE;Family;\n";
+}
+
+void ajouts_a_dire(const std::string& fichier) {
+  Ouvert o(fichier);
+  const auto condition = [&o](const char* nom, const std::vector<cgsize_t>& points,
+                              CGNS_ENUMT(PointSetType_t) genre, CGNS_ENUMT(GridLocation_t) lieu) {
+    o.appel(cg_boco_write(o.f, o.b, 1, nom, CGNS_ENUMV(BCWall), genre,
+                          static_cast<cgsize_t>(points.size() / 3), points.data(), &o.n));
+    o.appel(cg_boco_gridlocation_write(o.f, o.b, 1, o.n, lieu));
+  };
+  const auto range = CGNS_ENUMV(PointRange), liste = CGNS_ENUMV(PointList);
+  condition("ligne", {1, 1, 1, 1, 1, 3}, range, CGNS_ENUMV(Vertex));
+  condition("dedans", {2, 1, 1, 2, 3, 3}, range, CGNS_ENUMV(Vertex));
+  condition("en L", {1, 1, 1, 1, 2, 1, 1, 1, 2}, liste, CGNS_ENUMV(Vertex));
+  condition("cellules", {1, 1, 1, 1, 2, 2}, range, CGNS_ENUMV(CellCenter));
+  condition("sur un raccord", {3, 1, 1, 3, 3, 3}, range, CGNS_ENUMV(Vertex));
+  condition("moitie", {1, 1, 1, 1, 2, 3}, range, CGNS_ENUMV(Vertex));
+  condition("recouvre", {1, 1, 1, 1, 3, 2}, range, CGNS_ENUMV(Vertex));
+  const std::array<cgsize_t, 6> plage{3, 1, 1, 3, 3, 3};
+  o.appel(cg_conn_write_short(o.f, o.b, 2, "glissant", CGNS_ENUMV(Vertex), CGNS_ENUMV(Abutting),
+                              CGNS_ENUMV(PointRange), 2, plage.data(), "zone 1", &o.n));
+  const std::array<cgsize_t, 6> bas{1, 1, 1, 3, 1, 3}, haut{1, 3, 1, 3, 3, 3};
+  const std::array<float, 3> rien{0, 0, 0}, pas{0, 1, 0};
+  o.appel(
+      cg_1to1_write(o.f, o.b, 2, "tour", "zone 2", bas.data(), haut.data(), droit.data(), &o.n));
+  o.appel(cg_1to1_periodic_write(o.f, o.b, 2, o.n, rien.data(), rien.data(), pas.data()));
+}
+
+}  // namespace topomine

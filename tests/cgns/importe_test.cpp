@@ -1,0 +1,329 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <numbers>
+
+#include "base/configuration.h"
+#include "base/lecture/chargement.h"
+#include "cgns/enfant.h"
+#include "tests/cgns/alterations.h"
+#include "tests/cgns/modele.h"
+#include "tests/topodata/programme.h"
+
+namespace topomine {
+
+namespace {
+
+/// A box of cells from (x,y,z), one unit long along each axis for each half of its cells.
+std::size_t boite(Modele& m, double x, double y, double z, const Ijk& cellules = {2, 2, 2}) {
+  return m.zone(cellules, [&](double u, double v, double w) {
+    return Vec{x + u * static_cast<double>(cellules[0]) / 2,
+               y + v * static_cast<double>(cellules[1]) / 2,
+               z + w * static_cast<double>(cellules[2]) / 2};
+  });
+}
+
+Plage face(const Modele& m, std::size_t zone, int slot) {
+  return face_entiere(m.taille(zone), slot);
+}
+
+/// Two boxes side by side along x: wall below, far field above, the rest bare.
+Modele deux_boites() {
+  Modele m;
+  m.s.base = "deux";
+  for (const double x : {0.0, 1.0}) {
+    const std::size_t z = boite(m, x, 0, 0);
+    m.condition(z, face(m, z, 2), "paroi_sol", 1);
+    m.condition(z, face(m, z, 5), "loin", 4);
+  }
+  m.jonction(0, face(m, 0, 3), 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  return m;
+}
+
+/// A folder with a mesh in it, and a collection to import it into.
+struct Atelier {
+  explicit Atelier(const Modele& m, Fichiers genre = Fichiers::adf) {
+    ecrire_cgns(m, maillage(), genre);
+    std::filesystem::create_directory(d.chemin() + "cas");
+  }
+  std::string maillage() const { return d.chemin() + "m.cgns"; }
+  std::string cas() const { return d.chemin() + "cas/"; }
+  Resultat importer(std::vector<std::string> options = {}) const {
+    options.insert(options.begin(), {"importe", maillage(), cas(), "essai"});
+    return topodata(options);
+  }
+  /// What is in the collection, by name.
+  std::vector<std::string> contenu() const {
+    std::vector<std::string> noms;
+    for (const auto& e : std::filesystem::recursive_directory_iterator(cas()))
+      noms.push_back(std::filesystem::relative(e.path(), cas()).string());
+    std::ranges::sort(noms);
+    return noms;
+  }
+  Base charge(const std::string& mode = "nrm") const {
+    oublier_configuration();
+    Base b("essai", cas(), mode);
+    EXPECT_TRUE(charger(b).fait);
+    return b;
+  }
+  Dossier d;
+};
+
+/// Numbers in a block's six places.
+std::vector<int> places(const Base& b, int bloc) {
+  std::vector<int> r;
+  for (int i = 0; i < 6; ++i) r.push_back(b.blocs.at(bloc)._face(i));
+  return r;
+}
+
+std::size_t lignes(const std::string& texte) {
+  return static_cast<std::size_t>(std::ranges::count(texte, '\n'));
+}
+
+}  // namespace
+
+// A block that goes once around: its two ends are one face, and all its corners can be looked up.
+TEST(Importe, AnOGrid) {
+  constexpr Indice n = 12;
+  constexpr double r = 1, g = 3, h = 2;
+  Modele m;
+  m.s.base = "tour";
+  m.zone({n, 3, 2}, [](double u, double v, double w) {
+    const double a = 2 * std::numbers::pi * u, rayon = r + (g - r) * v;
+    return Vec{rayon * std::cos(a), rayon * std::sin(a), h * w};
+  });
+  m.jonction(0, face(m, 0, 0), 0, {{1, 1, 1}, {n + 1, 1, 1}, {1, 2, 3}});
+  m.condition(0, face(m, 0, 1), "paroi_fut", 1);
+  m.condition(0, face(m, 0, 4), "loin", 4);
+  m.condition(0, face(m, 0, 2), "sol", 5);
+  m.condition(0, face(m, 0, 5), "ciel", 5);
+  for (const auto& t : {std::array{1, 2, 3}, {-2, 3, 1}, {3, -1, -2}}) {
+    Modele tourne = m;
+    tourner(tourne, 0, t);
+    const Atelier a(tourne, Fichiers::hdf5);
+    const Resultat res = a.importer();
+    ASSERT_EQ(res.statut, 0) << res.erreur;
+    EXPECT_NE(res.sortie.find("piece fut en O"), std::string::npos) << res.sortie;
+    EXPECT_NE(res.sortie.find("1 blocs, 5 faces, 8 edges, 4 sommets"), std::string::npos);
+    const Base b = a.charge();
+    EXPECT_EQ(b.blocs.at(1)._type(), 34);
+    EXPECT_TRUE(b.vois_bloc(1).empty());
+    for (int c = 0; c < 8; ++c) EXPECT_GT(b.blk_vrtx_ijk(1, c & 1, c >> 1 & 1, c >> 2), 0);
+    const double aire = n / 2.0 * std::sin(2 * std::numbers::pi / n) * (g * g - r * r);
+    EXPECT_NEAR(b.blocs.at(1)._volexa(), aire * h, 1e-9 * aire * h);
+    EXPECT_NEAR(b.blocs.at(1)._volnsm(), aire * h, 1e-9 * aire * h);
+    const double tour = n * (r + g) / 2 * 2 * std::sin(std::numbers::pi / n);
+    EXPECT_NEAR(b.blocs.at(1)._volmor(), tour * (g - r) * h, 1e-9 * tour);
+    EXPECT_EQ(topodata({"verifie", a.cas(), "nrm", "--bases", "essai"}).statut, 0);
+  }
+}
+
+// One face against two blocks, another under two conditions and partly bare. The two small blocks
+// touch only through the big one, and have their corners in common all the same.
+TEST(Importe, SplitFaces) {
+  Modele m;
+  m.s.base = "partage";
+  boite(m, 0, 0, 0, {2, 4, 2});
+  boite(m, 1, 0, 0);
+  boite(m, 1, 1, 0);
+  m.jonction(0, {{3, 1, 1}, {3, 3, 3}}, 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  m.jonction(0, {{3, 3, 1}, {3, 5, 3}}, 2, {{3, 3, 1}, {1, 1, 1}, {1, 2, 3}});
+  m.condition(0, {{1, 1, 1}, {1, 3, 3}}, "paroi_bas", 1);
+  m.condition(0, {{1, 3, 1}, {1, 5, 2}}, "entree", 2);
+  for (const auto& t : {std::array{1, 2, 3}, {3, -2, 1}}) {
+    Modele tourne = m;
+    for (std::size_t z = 0; z < 3; ++z) tourner(tourne, z, t);
+    const Atelier a(tourne);
+    const Resultat res = a.importer({"--mode", "toutes"});
+    ASSERT_EQ(res.statut, 0) << res.erreur;
+    // i-max joined twice; i-min: wall, inlet, and a bare strip. The numbers 2 and 3 stay free.
+    const bool droit = t[0] == 1;
+    EXPECT_NE(
+        res.sortie.find(droit ? "bloc 1 i-max : 2 sous-faces" : "bloc 1 k-max : 2 sous-faces"),
+        std::string::npos)
+        << res.sortie;
+    EXPECT_NE(res.sortie.find(": 3 sous-faces"), std::string::npos);
+    EXPECT_NE(res.sortie.find("ni raccord ni condition, code 9999"), std::string::npos);
+    // Of the first box 4 faces and 5 pieces, of the others 5 faces each; and two that the link
+    // makes of the counts 2 and 3. Of the first box 8 corners, 2 where the others meet, 4 of
+    // pieces.
+    const Base b = a.charge("ext");
+    EXPECT_EQ(b.faces.size(), 4U + 5 + 2 * 5 + 2);
+    EXPECT_EQ(b.vrtxs.size(), 8U + 2 + 2 * 4 + 4);
+    const std::vector<int> p = places(b, 1);
+    EXPECT_EQ(std::ranges::count(p, 2), 1);
+    EXPECT_EQ(std::ranges::count(p, 3), 1);
+    EXPECT_TRUE(b.vois_bloc(1).empty());
+    EXPECT_NEAR(b.blocs.at(1)._volexa(), 2, 1e-9);
+  }
+}
+
+// Everything that keeps a mesh from being imported: one line says so, status 2, nothing is written.
+TEST(Importe, Refusals) {
+  struct Rangee {
+    Alteration alterer;
+    const char* attendu;
+    std::vector<std::string> options = {};
+  };
+  const Rangee rangees[]{
+      {base_plane, "cellules de dimension 2 dans un espace de dimension 3"},
+      {zone_non_structuree, "zone 'zone' : non structuree"},
+      {deux_bases, "2 bases, choisir avec --base-cgns : 'deux', 'autre'"},
+      {deux_bases, "aucune zone dans la base 'autre'", {"--base-cgns", "autre"}},
+      {deux_bases, "base 'tierce' absente, il y a 'deux', 'autre'", {"--base-cgns", "tierce"}},
+      {aucune_base, "aucune base"},
+      {aucune_zone, "aucune zone dans la base 'base'"},
+      {zone_plate, "zone 'zone' : une zone de moins de deux noeuds"},
+      {sans_coordonnees, "pas de coordonnees cartesiennes (CoordinateX)"},
+      {coordonnees_polaires, "pas de coordonnees cartesiennes (CoordinateX)"},
+      {coordonnee_infinie, "zone 'zone 2' : coordonnees qui ne sont pas des nombres finis"},
+      {noeud_ecarte, "zone 'zone 1' [3:3,1:3,1:3] et zone 'zone 2' [1:1,1:3,1:3] sont a "},
+      {voisine_inconnue, "raccord 'perdu' : zone voisine 'nulle part' inconnue"},
+      {raccord_boiteux,
+       "[3:3,1:3,1:3] et [1:1,1:3,1:3] de la zone 'zone 2' ne se correspondent pas"},
+      {raccord_double, "[3:3,1:3,1:3] est raccordee a deux endroits"},
+      {raccord_contraire, "y est orientee de deux facons"},
+      {tronque, "fichier CGNS illisible"},
+      {un_texte, "fichier CGNS illisible"},
+      {[](const std::string& f) { std::filesystem::remove(f); }, "m.cgns : No such file"},
+      {[](const std::string& f) {
+         std::filesystem::remove(f);
+         std::filesystem::create_directory(f);
+       },
+       "n'est pas un fichier"},
+  };
+  for (const Rangee& r : rangees)
+    for (const Fichiers genre : {Fichiers::adf, Fichiers::hdf5}) {
+      const Atelier a(deux_boites(), genre);
+      r.alterer(a.maillage());
+      const Resultat res = a.importer(r.options);
+      EXPECT_EQ(res.statut, 2) << r.attendu;
+      EXPECT_NE(res.erreur.find(r.attendu), std::string::npos) << res.erreur << r.attendu;
+      EXPECT_EQ(lignes(res.erreur), 1U) << res.erreur;
+      EXPECT_EQ(res.sortie, "");
+      EXPECT_EQ(a.contenu(), std::vector<std::string>{}) << r.attendu;
+    }
+}
+
+// Faults of the command line and of the collection.
+TEST(Importe, RefusedWithAGoodMesh) {
+  struct Rangee {
+    std::string fichier, contenu;  // in the collection
+    std::vector<std::string> options;
+    const char* attendu;
+  };
+  const std::string entete = "Damas code;BCCODE;Family;\n";
+  const Rangee rangees[]{
+      {"climite.cfg", entete + "101;1;paroi", {}, "climite.cfg:2 : "},
+      {"climite.cfg", entete + "101;1;paroi\n", {}, "dernier champ sans point-virgule"},
+      {"climite.cfg", entete + "101;1;\n", {}, "ligne courte"},
+      {"climite.cfg", "Damas code;Family;\n101;paroi;\n", {}, "pas de colonne BCCODE"},
+      {"climite.cfg", "", {}, "climite.cfg:1 : vide"},
+      {"essai/x", "", {}, "essai existe deja"},
+      {"essai/x/y", "", {"--force"}, "essai contient autre chose que des fichiers : x"},
+      {"c.csv",
+       "famille,BCCODE\nsol,un\n",
+       {"--codes", "c.csv"},
+       "c.csv:2 : attendu : famille,BCCODE"},
+      {"c.csv", "sol;1\n", {"--codes", "c.csv"}, "c.csv:1 : attendu"},
+      {"p.csv", "sol,C\nciel,X\n", {"--pieces", "p.csv"}, "p.csv:2 : attendu"},
+      {"", "", {"--codes", "absent.csv"}, "absent.csv : illisible"},
+  };
+  for (const Rangee& r : rangees) {
+    const Atelier a(deux_boites());
+    if (!r.fichier.empty()) a.d.ecrire("cas/" + r.fichier, r.contenu);
+    const auto avant = a.contenu();
+    std::vector<std::string> options = r.options;
+    if (options.size() > 1) options[1] = a.cas() + options[1];
+    const Resultat res = a.importer(options);
+    EXPECT_EQ(res.statut, 2) << r.attendu;
+    EXPECT_NE(res.erreur.find(r.attendu), std::string::npos) << res.erreur << r.attendu;
+    EXPECT_EQ(a.contenu(), avant) << r.attendu;
+  }
+  const Atelier a(deux_boites());
+  for (const std::string& base :
+       {std::string("a/b"), std::string(".."), std::string(), std::string("a\nb")})
+    EXPECT_EQ(topodata({"importe", a.maillage(), a.cas(), base}).statut, 2) << base;
+  EXPECT_EQ(topodata({"importe", a.maillage(), a.cas() + "absent", "essai"}).statut, 2);
+  EXPECT_GT(a.importer({"--mode", "xyz"}).statut, 100);
+  EXPECT_GT(a.importer({"--tolerance", "2"}).statut, 100);
+  const Resultat plein = topodata_disque_plein({"importe", a.maillage(), a.cas(), "essai"});
+  EXPECT_EQ(plein.statut, 2);
+  EXPECT_NE(plein.erreur.find("ecriture impossible"), std::string::npos) << plein.erreur;
+  EXPECT_EQ(a.contenu(), std::vector<std::string>{});
+}
+
+TEST(Importe, WhatACaseCannotExpressIsSaid) {
+  const Atelier a(deux_boites());
+  ajouts_a_dire(a.maillage());
+  const Resultat res = a.importer();
+  ASSERT_EQ(res.statut, 0) << res.erreur;
+  for (const char* attendu :
+       {"condition 'ligne' laissee de cote", "condition 'dedans' laissee de cote",
+        "condition 'en L' laissee de cote",
+        "condition 'cellules' laissee de cote, donnee par cellules",
+        "condition 'sur un raccord' : zone 'zone 1' [3:3,1:3,1:3] est raccordee",
+        "zone 'zone 1' [1:1,1:2,1:3] et [1:1,1:3,1:2] se recouvrent",
+        "raccord 'glissant' (Abutting) : sans correspondance", "bloc 1 i-min : 3 sous-faces",
+        "famille 'interface' : code 901 (nouveau), BCCODE 9, 1 face(s)",
+        "famille 'periodique' : code 801 (nouveau), BCCODE 8, 2 face(s)"})
+    EXPECT_NE(res.sortie.find(attendu), std::string::npos) << attendu << '\n' << res.sortie;
+}
+
+// A family keeps its code from mesh to mesh, whatever else is in climite.cfg.
+TEST(Importe, CodesAreStable) {
+  const Atelier a(deux_boites());
+  a.d.ecrire("cas/climite.cfg", "Family;Note;Damas code;BCCODE;\nloin;x;77;4;\nautre;y;101;1;\n");
+  a.d.ecrire("codes.csv", "famille,BCCODE\nparoi_sol,13\nloin,5\n");
+  a.d.ecrire("pieces.csv", "paroi_sol,O\nciel,C\n");
+  const std::string apres =
+      "Family;Note;Damas code;BCCODE;\nloin;x;77;4;\nautre;y;101;1;\n"
+      "sans_condition;;9999;9999;\nparoi_sol;;1301;13;\n";
+  const std::vector<std::string> options{"--codes", a.d.chemin() + "codes.csv", "--pieces",
+                                         a.d.chemin() + "pieces.csv"};
+  Resultat res = a.importer(options);
+  ASSERT_EQ(res.statut, 0) << res.erreur;
+  EXPECT_EQ(a.d.lire("cas/climite.cfg"), apres);
+  EXPECT_NE(
+      res.sortie.find("famille 'loin' : BCCODE 4 de climite.cfg garde, condition 'c2' donne 5"),
+      std::string::npos)
+      << res.sortie;
+  EXPECT_NE(res.sortie.find("famille 'ciel' de --pieces : aucune paroi"), std::string::npos);
+  // The same mesh again, in another mode: nothing new, and the files of the first mode stay.
+  res = a.importer({"--mode", "min", "--force"});
+  ASSERT_EQ(res.statut, 0) << res.erreur;
+  EXPECT_EQ(a.d.lire("cas/climite.cfg"), apres);
+  EXPECT_EQ(a.contenu().size(), 2U + 1 + 2 * 4);
+}
+
+// Names of any kind come through: in the summary without control characters, in the files in
+// Latin-1, in climite.cfg without the separator.
+TEST(Importe, OddNames) {
+  Modele m;
+  m.s.base = "bizarre";
+  boite(m, 0, 0, 0);
+  m.s.zones[0].nom = "z<&>\"' 1";
+  m.condition(0, face(m, 0, 2), "paroi_<\303\251t\303\251>;&\342\202\254\x1b[", 1);
+  const Atelier a(m);
+  const Resultat res = topodata({"importe", a.maillage(), a.cas(), "b\303\251 &<x"});
+  ASSERT_EQ(res.statut, 0) << res.erreur;
+  EXPECT_EQ(res.sortie.find('\x1b'), std::string::npos);
+  oublier_configuration();
+  Base b("b\303\251 &<x", a.cas(), "nrm");
+  ASSERT_TRUE(charger(b).fait);
+  ASSERT_EQ(b.pieces.size(), 1U);
+  EXPECT_EQ(b.pieces.begin()->first, "paroi_<\351t\351>_&__[");
+  EXPECT_EQ(b._CL(101, "Family"), "paroi_<\351t\351>_&__[");
+  EXPECT_EQ(b.blocs.at(1)._type(), 36);
+}
+
+TEST(Importe, TheProgramWithoutTheLibrary) {
+  const Resultat r = lancer(SANS_CGNS_PROGRAM, ".", {"importe", "m.cgns", ".", "essai"});
+  EXPECT_EQ(r.statut, 2);
+  EXPECT_EQ(
+      r.erreur,
+      "topodata : importe : construit sans CGNS (paquet Debian libcgns-dev, puis reconstruire)\n");
+}
+
+}  // namespace topomine
