@@ -46,7 +46,7 @@ class Balises {
     faute_ = {code, ligne, std::move(quoi)};
   }
   static std::string en(std::string_view balise, std::string_view nom, const char* fin = ">`") {
-    return "`" + std::string(balise) + std::string(nom) + fin;
+    return "`" + std::string(balise) + citer(nom) + fin;
   }
   static std::string ouverte(const Ouverte& o) {
     return en("<", o.nom) + " ouvert ligne " + std::to_string(o.ligne);
@@ -139,7 +139,7 @@ class Balises {
 
   bool attribut(std::string_view element) {
     const int ligne = ligne_;
-    const std::string dit = "attribut `" + std::string(nom()) + "` de " + en("<", element);
+    const std::string dit = "attribut `" + citer(nom()) + "` de " + en("<", element);
     sauter_blancs();
     if (!voit("=")) return signaler(ligne, dit + " sans valeur"), false;
     avancer(1);

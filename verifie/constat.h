@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace topomine {
@@ -124,11 +125,18 @@ struct Constat {
   std::string quoi;     ///< what is wrong
   std::string champ{};  ///< names down to the element of the entity that the line is to be of
 
-  bool operator==(const Constat&) const = default;
+
 };
 
 /// Keeps a finding. Of a list that nobody will read to its end, the rest is said in one: a small
 /// file can have findings by the million.
 void retenir(std::vector<Constat>& constats, Constat constat);
+
+/// A text of a file as findings show it: its beginning where it is long, as there may be as many
+/// findings as elements.
+inline std::string citer(std::string_view texte) {
+  constexpr std::size_t assez = 80;
+  return std::string(texte.substr(0, assez)) + (texte.size() > assez ? "..." : "");
+}
 
 }  // namespace topomine

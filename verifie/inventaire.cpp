@@ -127,14 +127,14 @@ class Inventaire {
                       : nullptr;
         if (suite) continue;  // said of the list that it ends
         if (!contenu.libre || (vus == 0 && contenu.mots[0].fois == Fois::debut))
-          signaler(Code::element_inconnu, *e, std::string("rien ne lit l'element ") + e->Value());
+          signaler(Code::element_inconnu, *e, "rien ne lit l'element " + citer(e->Value()));
         continue;
       }
       i = (attendu + i) % nb;
       const Mot& mot = contenu.mots[i];
       if (vus & 1U << i && !repete(mot, n)) {
         signaler(Code::element_en_double, *e,
-                 std::string(e->Value()) + " donne deux fois, le premier est lu");
+                 citer(e->Value()) + " donne deux fois, le premier est lu");
         continue;
       }
       vus |= 1U << i;
@@ -153,7 +153,7 @@ class Inventaire {
 
   void autre_noeud(const TiXmlNode& n, const Contenu& contenu) {
     if (n.ToText() && !contenu.libre)
-      signaler(Code::element_inconnu, n, std::string("rien ne lit le texte '") + n.Value() + "'");
+      signaler(Code::element_inconnu, n, "rien ne lit le texte '" + citer(n.Value()) + "'");
     if (n.ToComment())
       for (const Mot& mot : contenu.mots)
         if (std::strstr(n.Value(), ("<" + std::string(mot.nom)).c_str()))

@@ -15,12 +15,12 @@ namespace {
 /// What a message calls an element: those named "Cell" only tell which one with their parent.
 std::string nom_de(const TiXmlNode& n) {
   if (!n.ToElement()) return "commentaire ou texte";
-  const std::string nom = n.Value();
-  return nom == "Cell" && n.Parent() ? n.Parent()->Value() + ("/" + nom) : nom;
+  const std::string nom = citer(n.Value());
+  return nom == "Cell" && n.Parent() ? citer(n.Parent()->Value()) + "/" + nom : nom;
 }
 
 std::string entre_apostrophes(std::string_view texte) {
-  return "'" + std::string(texte) + "'";
+  return "'" + citer(texte) + "'";
 }
 
 }  // namespace
@@ -81,7 +81,7 @@ void JournalConstats::ident(const TiXmlNode& entite, int numero) {
 }
 
 void JournalConstats::nom_de_piece(std::string_view nom) {
-  numero_ = nom;
+  numero_ = citer(nom);
   noms_.emplace(nom);
 }
 

@@ -39,7 +39,7 @@ class Config {
   void lire_ligne() {
     if (!l_.finie() && l_.blanche()) return;
     const bool entete = l_.numero() == 1;
-    if (const auto code = champ(rang_code_); code && !entete) numero_ = *code;
+    if (const auto code = champ(rang_code_); code && !entete) numero_ = citer(*code);
     if (!l_.terminee()) signaler(Code::config_point_virgule, "dernier champ sans point-virgule");
     if (!l_.finie()) {
       signaler(Code::config_fin, "derniere ligne sans fin de ligne, elle est ignoree");
@@ -94,8 +94,7 @@ class Config {
     if (const auto bccode = champ(rang_bccode_)) {
       l.bccode = entier_strict(*bccode);
       if (!l.bccode)
-        signaler(Code::config_bccode,
-                 "BCCODE n'est pas un entier : '" + std::string(*bccode) + "'");
+        signaler(Code::config_bccode, "BCCODE n'est pas un entier : '" + citer(*bccode) + "'");
     }
     const auto [place, nouveau] = r_.codes.try_emplace(*code, l);
     if (nouveau) return;

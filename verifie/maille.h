@@ -19,6 +19,10 @@ namespace topomine {
 constexpr int vide = -1;     ///< a slot that the file leaves empty
 constexpr int inconnu = -2;  ///< a slot that could not be read, or that names what does not exist
 
+/// No mesh has as many faces on an edge, edges at a vertex or codes on an entity: what has more is
+/// not looked into, which keeps the time of the rules linear.
+constexpr std::size_t beaucoup = 64;
+
 /// Lists of ranks, one per owner, in one piece of memory.
 class Listes {
  public:

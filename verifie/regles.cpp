@@ -96,7 +96,7 @@ void scene_d_une_autre(CasLu& r, Voisinage& v) {
   const bool autre = nom != r.base.nom && std::ranges::find(v.bases, nom) != v.bases.end();
   if (!autre && (premiere || place->second == r.base.nom)) return;
   r.signaler(Code::nom_d_une_autre_base, fic_def, r.ligne_avion("name"), "reference_avion", "",
-             "name '" + nom + "' est celui de la base " + (autre ? nom : place->second));
+             "name '" + citer(nom) + "' est celui de la base " + (autre ? nom : place->second));
 }
 
 void mesures_negatives(CasLu& r) {

@@ -102,7 +102,7 @@ class Assemblage {
       if (opposees(s, t) || !sure(faces, t)) continue;
       toutes |= 1U << t;
       for (const int e : au(m_.faces, au(faces, t)))
-        if (e >= 0)
+        if (e >= 0 && m_.faces_d_edge[e].size() <= beaucoup)
           for (const int g : m_.faces_d_edge[e])
             if (!contient(faces, g) || g == au(faces, s)) touches[g] |= 1U << t;
     }

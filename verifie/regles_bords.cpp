@@ -195,12 +195,14 @@ class CodesDEdge {
     Codes candidats;
     for (const int e : au(x_.m.faces, f)) {
       if (e < 0) continue;
+      if (x_.m.faces_d_edge[e].size() > beaucoup) return;
       nb_faux += au(faux_, e);
       for (const Codes& codes : {accord(e).portes, accord(e).des_faces})
         candidats.insert(candidats.end(), codes.begin(), codes.end());
     }
     if (nb_faux < 2) return;
     ranger(candidats);
+    if (candidats.size() > beaucoup) return;
     const auto redresse = [&](int code) {
       return code != face._BC(0) && std::ranges::all_of(au(x_.m.faces, f), [&](int e) {
                return e < 0 || accord(e, f, code).juste();

@@ -125,6 +125,8 @@ std::vector<int> coque(const Examen& x, int premiere, const std::vector<char>& o
   for (std::size_t i = 0; i < faces.size(); ++i)
     for (const int e : au(x.m.faces, faces[i])) {
       if (e < 0) continue;
+      fermee = fermee && x.m.faces_d_edge[e].size() <= beaucoup;
+      if (!fermee && x.m.faces_d_edge[e].size() > beaucoup) continue;
       int nb = 0;
       for (const int g : x.m.faces_d_edge[e]) {
         if (!au(ouverte, g)) continue;

@@ -93,38 +93,41 @@ class Grille {
     const auto milieu = tailles.begin() + static_cast<std::ptrdiff_t>(tailles.size() / 2);
     std::ranges::nth_element(tailles, milieu);
     tolerance_ = *milieu * 1e-9;  // of files that give ten digits
-    pas_ = tolerance_ * 1000;
+    pas_ = tolerance_ * 4;        // a few tens of distinct places at most
   }
 
-  /// Calls `voir` with each two vertices in one place.
+  /// Calls `voir` with each vertex that is in the place of an earlier one, and that one.
   template <class Voir>
   void parcourir(Voir voir) {
     if (!(pas_ > 0)) return;
     for (int v = 0; v < static_cast<int>(places_.size()); ++v) {
       if (!std::ranges::all_of(au(places_, v), [&](double c) { return std::abs(c) < pas_ * 1e15; }))
         continue;
-      for_cellules(v, [&](std::uint64_t cle, bool sienne) {
-        for (auto [ici, fin] = cellules_.equal_range(cle); ici != fin; ++ici)
-          if (distance(au(places_, v), au(places_, ici->second)) <= tolerance_)
-            voir(ici->second, v);
+      int autre = -1;
+      pour_chaque_cellule(v, [&](std::uint64_t cle, bool sienne) {
         if (sienne) sienne_ = cle;
+        for (auto [ici, fin] = cellules_.equal_range(cle); autre < 0 && ici != fin; ++ici)
+          if (distance(au(places_, v), au(places_, ici->second)) <= tolerance_) autre = ici->second;
       });
-      cellules_.emplace(sienne_, v);
+      if (autre < 0)
+        cellules_.emplace(sienne_, v);
+      else
+        voir(autre, v);
     }
   }
 
  private:
   /// Its own cell, and those that it lies so near to that a vertex there could be in its place.
   template <class Faire>
-  void for_cellules(int v, Faire faire) const {
+  void pour_chaque_cellule(int v, Faire faire) const {
     std::array<std::array<std::int64_t, 2>, 3> q{};
     std::array<int, 3> nb{};
     for (std::size_t d = 0; d < 3; ++d) {
       const double u = au(places_, v)[d] / pas_, bas = std::floor(u);
       q[d][0] = static_cast<std::int64_t>(bas);
       nb[d] = 1;
-      if (u - bas < 0.001) q[d][static_cast<std::size_t>(nb[d]++)] = q[d][0] - 1;
-      if (u - bas > 0.999) q[d][static_cast<std::size_t>(nb[d]++)] = q[d][0] + 1;
+      if (u - bas < 0.25) q[d][static_cast<std::size_t>(nb[d]++)] = q[d][0] - 1;
+      if (u - bas > 0.75) q[d][static_cast<std::size_t>(nb[d]++)] = q[d][0] + 1;
     }
     for (int i = 0; i < nb[0]; ++i)
       for (int j = 0; j < nb[1]; ++j)
@@ -182,6 +185,7 @@ class Coutures {
  private:
   bool raison(int v, int w) const {
     if (!au(au_bord_, v) || !au(au_bord_, w) || bloc_commun(v, w)) return false;
+    if (edges_[v].size() + edges_[w].size() > beaucoup) return true;
     for (const int e : edges_[v])
       for (const int g : edges_[w]) {
         const int p = autre_bout(m_, e, v), q = autre_bout(m_, g, w);

@@ -42,7 +42,7 @@ Vues familles_vues(const Examen& x) {
 }
 
 std::string entre_apostrophes(const std::string& texte) {
-  return "'" + texte + "'";
+  return "'" + citer(texte) + "'";
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ void regle_pieces(Examen& x) {
     const std::string& famille = entree.first;  // clang 14 captures no structured binding
     const Piece& piece = entree.second;
     const auto dire = [&](Code code, const std::string& quoi) {
-      x.r.signaler(code, fic_def, x.r.lignes_pieces[famille], "piece", piece._nom(),
+      x.r.signaler(code, fic_def, x.r.lignes_pieces[famille], "piece", citer(piece._nom()),
                    "famille " + entre_apostrophes(famille) + quoi);
     };
     const bool c = piece._topology() == 'C';

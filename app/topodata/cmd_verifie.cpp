@@ -3,6 +3,8 @@
 #include <array>
 #include <filesystem>
 #include <memory>
+#include <set>
+#include <tuple>
 
 #include "app/topodata/cible.h"
 #include "app/topodata/commandes.h"
@@ -65,11 +67,13 @@ std::vector<Constat> verifier_base(const Options& o, const std::string& nom, Voi
                                    Regarde& regarde) {
   std::vector<Constat> constats;
   std::vector<CasLu> cas_lus;
+  std::set<std::tuple<std::string, int, Code, std::string>> de_scene;  // the same for all modes
   for (const std::string& mode : o.modes) {
     CasLu r = lire_cas(nom, o.cible.chemin, mode);
     regarde.compter(r);
-    for (Constat& c : verifier(r, voisinage))  // the scene is the same for all modes
-      if (o.modes.size() == 1 || std::ranges::find(constats, c) == constats.end())
+    for (Constat& c : verifier(r, voisinage))
+      if (c.fichier != r.noms[fic_def] ||
+          de_scene.emplace(c.fichier, c.ligne, c.code, c.quoi).second)
         constats.push_back(std::move(c));
     if (o.modes.size() > 1) cas_lus.push_back(std::move(r));
   }
