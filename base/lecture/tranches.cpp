@@ -41,7 +41,8 @@ Coupe reperer_coupe(std::string_view texte, std::size_t taille) {
   }
   if (i == texte.size() || texte[i] != '<') return {};
   Coupe coupe{balise(texte, i), {}};
-  if (!est_nom(coupe.nom)) return {};
+  // A scene is no list of entities: each of its parts is asked for by name.
+  if (!est_nom(coupe.nom) || coupe.nom == "definition_scene") return {};
   i += coupe.nom.size() + 2;
   coupe.bornes.push_back(i);
   for (int niveau = 1; (i = texte.find('<', i)) != std::string_view::npos;) {

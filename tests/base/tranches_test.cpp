@@ -40,6 +40,7 @@ TEST(Tranches, CutsBetweenEntitiesOfPlainDocumentsOnly) {
            {"<!DOCTYPE A><A><b>1</b></A>", ""},
            {"<A><b>1</ b></A>", ""},
            {"<A></>", ""},
+           {"<definition_scene><b>1</b><c>2</c></definition_scene>", ""},
            {"", ""},
        })
     EXPECT_EQ(parts(texte, 1), attendu) << texte;
