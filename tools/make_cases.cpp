@@ -33,6 +33,9 @@ constexpr std::string_view aide =
     "  nrm   comme ext, mais une arete n'a de codes que si deux surfaces au moins s'y rencontrent\n"
     "  min   ni codes sur les aretes, ni surfaces, ni projections\n"
     "\n"
+    "Exemple :\n"
+    "  make_cases cas --blocs 500\n"
+    "\n"
     "Codes de retour : 0 collection ecrite, 1 arguments refuses, 2 fichier impossible a ecrire.\n";
 
 struct Arguments {
