@@ -4,7 +4,6 @@ set(CPACK_PACKAGE_NAME topomine)
 set(CPACK_PACKAGE_VENDOR topomine)
 set(CPACK_PACKAGE_CONTACT "Mainteneurs de topomine <topomine@users.noreply.example>" CACHE STRING
   "Who answers for the packages")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_GENERATOR DEB)
 set(CPACK_STRIP_FILES ON)
 
@@ -43,7 +42,8 @@ set(CPACK_COMPONENT_DEVELOPPEMENT_DESCRIPTION
 
 set(CPACK_SOURCE_GENERATOR TXZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME topomine-${PROJECT_VERSION})
-set(CPACK_SOURCE_IGNORE_FILES "/\\.git(/|$)" "/build[^/]*/" "/__pycache__/" "~$")
+string(REGEX REPLACE "[][+.*()^?|\\$]" "[\\0]" ici "${PROJECT_SOURCE_DIR}")
+set(CPACK_SOURCE_IGNORE_FILES "^${ici}/[.]git(/|$)" "^${ici}/build[^/]*/" "/__pycache__/" "~$")
 include(CPack)
 
 # What Debian wants in every package: the licences, and the changes.
