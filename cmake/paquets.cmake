@@ -20,12 +20,13 @@ set(CPACK_DEBIAN_PROGRAMMES_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PROGRAMMES_PACKAGE_RECOMMENDS gnuplot-nox)
 set(CPACK_COMPONENT_PROGRAMMES_DESCRIPTION
   "tables for machine learning from multi-block meshes
- topomine turns a collection of multi-block structured mesh cases into a table
- of examples, one per block, and writes the covariance matrix of its attributes.
- topodata writes that table for learning tools, splits and summarises it, looks
- into cases and checks their files. make_cases makes sample collections.
- .
- The programs speak French.")
+topomine turns a collection of multi-block structured mesh cases into a
+table of examples, one per block, and writes the covariance matrix of its
+attributes. topodata writes that table for learning tools, splits and
+summarises it, looks into cases and checks their files. make_cases makes
+sample collections.
+
+The programs speak French.")
 
 set(CPACK_DEBIAN_DEVELOPPEMENT_PACKAGE_NAME libtopomine-dev)
 set(CPACK_DEBIAN_DEVELOPPEMENT_PACKAGE_SECTION libdevel)
@@ -33,12 +34,12 @@ set(CPACK_DEBIAN_DEVELOPPEMENT_PACKAGE_DEPENDS libtinyxml-dev)
 set(CPACK_DEBIAN_DEVELOPPEMENT_PACKAGE_SUGGESTS topomine)
 set(CPACK_COMPONENT_DEVELOPPEMENT_DESCRIPTION
   "multi-block mesh cases and tables of their blocks (development files)
- The library under topomine and topodata: reads multi-block structured mesh
- cases, links and queries their topology, makes tables of examples of their
- blocks and writes them for machine learning.
- .
- This package has the archive, the headers, and what CMake and pkg-config need
- to find them.")
+The library under topomine and topodata: reads multi-block structured
+mesh cases, links and queries their topology, makes tables of examples of
+their blocks and writes them for machine learning.
+
+This package has the archive, the headers, and what CMake and pkg-config
+need to find them.")
 
 set(CPACK_SOURCE_GENERATOR TXZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME topomine-${PROJECT_VERSION})
@@ -72,5 +73,7 @@ foreach(composant IN ITEMS programmes developpement)
     install(FILES ${dossier_debian}/${PAQUET}.${journal}.gz
       DESTINATION ${dossier} RENAME ${journal}.gz COMPONENT ${composant})
   endforeach()
+  install(FILES cmake/lintian/${PAQUET}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides COMPONENT ${composant})
   install(FILES cmake/copyright DESTINATION ${dossier} COMPONENT ${composant})
 endforeach()
