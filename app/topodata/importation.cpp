@@ -14,6 +14,7 @@
 #include "base/lecture/fichier.h"
 #include "cgns/ecriture_cas.h"
 #include "cgns/enfant.h"
+#include "texte/affichable.h"
 #include "texte/nombres.h"
 #include "verifie/catalogue.h"
 #include "verifie/lecture_stricte.h"
@@ -21,13 +22,6 @@
 namespace topomine {
 
 namespace {
-
-/// Text from a file, fit for a line on a terminal.
-std::string montrer(std::string texte) {
-  for (char& c : texte)
-    if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = '?';
-  return texte;
-}
 
 /// The rows of a csv file of two fields; a first line that `lire` does not take is a header.
 template <class T, class Lire>
@@ -121,7 +115,7 @@ void controler_noms(OptionsImportation& o) {
   if (!o.chemin.ends_with('/')) o.chemin += '/';
   const auto impropre = [](char c) { return c == '/' || static_cast<unsigned char>(c) < ' '; };
   if (o.base.empty() || o.base.starts_with('.') || std::ranges::any_of(o.base, impropre))
-    throw Erreur("nom de base impropre : '" + montrer(o.base) + "'");
+    throw Erreur("nom de base impropre : '" + affichable(o.base) + "'");
 }
 
 std::optional<char> lire_lettre(const std::string& texte) {
@@ -159,7 +153,7 @@ void ecrire_fichiers(Depot& depot, const CasImporte& cas, const std::string& bas
 void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::string>& dits) {
   for (std::size_t b = 0; b < cas.topologie.blocs.size(); ++b) {
     const Zone& z = cas.structure.zones[b];
-    out << "bloc " << b + 1 << " : zone '" << montrer(z.nom) << "', " << z.taille[0] - 1 << " x "
+    out << "bloc " << b + 1 << " : zone '" << affichable(z.nom) << "', " << z.taille[0] - 1 << " x "
         << z.taille[1] - 1 << " x " << z.taille[2] - 1 << " cellules, type "
         << 30 + cas.topologie.blocs[b].nb_bord
         << (cas.mesures[b].gauche ? ", repere gauche : i retourne\n" : "\n");
@@ -169,17 +163,18 @@ void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::st
     for (const std::size_t famille : f.familles) ++faces[famille];
   for (std::size_t f = 0; f < faces.size(); ++f) {
     const Famille& famille = cas.familles.liste[f];
-    out << "famille '" << famille.nom << "' : code " << famille.code
+    out << "famille '" << affichable(famille.nom) << "' : code " << famille.code
         << (famille.nouvelle ? " (nouveau)" : "") << ", BCCODE " << famille.bccode << ", "
         << faces[f] << " face(s)";
     const auto piece = std::ranges::find(cas.scene.pieces, famille.nom, &PieceSuggeree::famille);
     if (piece != cas.scene.pieces.end())
-      out << ", piece " << piece->nom << " en " << piece->topologie;
+      out << ", piece " << affichable(piece->nom) << " en " << piece->topologie;
     out << '\n';
   }
   for (const RaccordSuggere& r : cas.scene.raccords)
-    out << "raccord " << r.piece1 << " - " << r.piece2 << " : " << r.type << '\n';
-  for (const std::string& dit : dits) out << "a savoir : " << montrer(dit) << '\n';
+    out << "raccord " << affichable(r.piece1) << " - " << affichable(r.piece2) << " : " << r.type
+        << '\n';
+  for (const std::string& dit : dits) out << "a savoir : " << affichable(dit) << '\n';
   out << cas.topologie.blocs.size() << " blocs, " << cas.topologie.faces.size() << " faces, "
       << cas.topologie.edges.size() << " edges, " << cas.topologie.sommets.size() << " sommets\n";
 }
@@ -222,7 +217,7 @@ void importer(const OptionsImportation& o) {
   try {
     importer_maillage(o);
   } catch (const MaillageRefuse& r) {
-    throw Erreur(montrer(r.what()));
+    throw Erreur(affichable(r.what()));
   }
 }
 
