@@ -84,8 +84,8 @@ def systeme_propre(racine):
         return racine
     if os.geteuid() != 0 or not shutil.which("debootstrap"):
         return None
-    fini = subprocess.run(["debootstrap", "--variant=minbase", "--include=man-db,ca-certificates", "bookworm", racine,
-                           "http://deb.debian.org/debian"], stdout=subprocess.DEVNULL)
+    fini = subprocess.run(["debootstrap", "--variant=minbase", "--include=man-db,ca-certificates",
+                           "bookworm", racine], stdout=subprocess.DEVNULL)
     return racine if fini.returncode == 0 else None
 
 
