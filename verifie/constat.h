@@ -124,8 +124,6 @@ struct Constat {
   std::string numero;   ///< what it is called: a number, "de rang 3", a name; may be empty
   std::string quoi;     ///< what is wrong
   std::string champ{};  ///< names down to the element of the entity that the line is to be of
-
-
 };
 
 /// Keeps a finding. Of a list that nobody will read to its end, the rest is said in one: a small
