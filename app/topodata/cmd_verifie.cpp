@@ -181,11 +181,12 @@ void ajouter_verifie(CLI::App& app, int& statut) {
       "toutes, ou des modes separes par des virgules : chacun, et s'ils s'accordent");
   c->add_option("--explique", o->explique, "Ce que veut dire un code, V012 (ou tout)");
   c->add_option_function<std::vector<std::string>>(
-      "--ignore",
-      [o](const std::vector<std::string>& textes) {
-        for (const std::string& texte : textes) lire_ignores(texte, o->choix);
-      },
-      "Codes a taire, separes par des virgules");
+       "--ignore",
+       [o](const std::vector<std::string>& textes) {
+         for (const std::string& texte : textes) lire_ignores(texte, o->choix);
+       },
+       "Codes a taire, separes par des virgules ; se repete")
+      ->allow_extra_args(false);
   c->add_option_function<std::string>(
       "--seulement", [o](const std::string& texte) { lire_gravites(texte, o->choix); },
       "Gravites a garder : erreur, avertissement, avis");
@@ -194,7 +195,7 @@ void ajouter_verifie(CLI::App& app, int& statut) {
              {{"texte", false}, {"json", true}}, o->json);
   option_sortie(*c, o->fichier);
   c->footer(
-      "Une ligne par constat : fichier:ligne: sorte numero: quoi; que faire [gravite] [code]\n"
+      "Un constat : fichier:ligne: sorte numero: quoi; remede [gravite] [code]\n\n"
       "Code de retour : 0 rien ou des avis, 1 des avertissements, 2 des erreurs.\n"
       "Exemple :\n"
       "  topodata verifie cas/ nrm --bases mesh_case_2 --ignore V037");
