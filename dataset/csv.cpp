@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <ostream>
+#include <utility>
 
 #include "dataset/basebuffer.h"
 
@@ -44,7 +45,8 @@ bool prendre_champ(std::string_view& texte, std::string& champ) {
       ++i;
     } else {
       texte.remove_prefix(i + 1);
-      return texte.empty() || texte.find_first_of(",\r\n") == 0;
+      // The end of the text will do, too: nothing is found at once.
+      return std::string_view(",\r\n").find(texte.substr(0, 1)) != std::string_view::npos;
     }
   }
   return false;
@@ -104,12 +106,13 @@ std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne 
 std::optional<std::vector<std::vector<std::string>>> lire_csv(std::string_view texte) {
   std::vector<std::vector<std::string>> lignes;
   while (!texte.empty()) {
-    std::vector<std::string>& ligne = lignes.emplace_back();
+    std::vector<std::string> ligne;
     for (bool suite = texte[0] != '\n' && texte[0] != '\r'; suite;) {
       if (!prendre_champ(texte, ligne.emplace_back())) return std::nullopt;
       suite = texte.starts_with(',');
       if (suite) texte.remove_prefix(1);
     }
+    lignes.push_back(std::move(ligne));
     if (texte.starts_with('\r')) texte.remove_prefix(1);
     if (texte.starts_with('\n')) texte.remove_prefix(1);
   }

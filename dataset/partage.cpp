@@ -55,16 +55,16 @@ std::vector<std::int32_t> sommes_possibles(const std::vector<std::size_t>& taill
 
 /// The possible sum nearest to a target, but 0 and the sum of all; a draw between two.
 std::size_t plus_proche(const std::vector<std::int32_t>& derniere, double cible) {
-  std::vector<std::size_t> proches;
+  std::size_t choisie = 0, autre = 0;  // one on each side of the target when they are as near
   double moindre = std::numeric_limits<double>::max();
   for (std::size_t s = 1; s + 1 < derniere.size(); ++s) {
     const double ecart = std::abs(static_cast<double>(s) - cible);
     if (derniere[s] < 0 || ecart > moindre + 1e-9) continue;
-    if (ecart < moindre - 1e-9) proches.clear();
+    if (ecart < moindre - 1e-9) choisie = s;
+    autre = s;
     moindre = std::min(moindre, ecart);
-    proches.push_back(s);
   }
-  return proches.size() > 1 ? proches[static_cast<std::size_t>(MyRandom()(2))] : proches.at(0);
+  return autre != choisie && MyRandom()(2) == 1 ? autre : choisie;
 }
 
 std::vector<bool> selon_la_taille(const std::vector<std::size_t>& tailles, double ratio) {

@@ -96,7 +96,7 @@ bool Sommes::lire(std::string_view texte, std::string& faute) {
     return false;
   }
   Lignes par_nom;
-  std::vector<Attribut> attributs;
+  std::vector<Attribut> annonces;
   for (std::size_t i = 1; i < lignes->size(); ++i) {
     const std::vector<std::string>& l = (*lignes)[i];
     if (l.empty()) continue;
@@ -104,9 +104,9 @@ bool Sommes::lire(std::string_view texte, std::string& faute) {
       faute = "ligne " + std::to_string(i + 1) + " : en double, ou sans ses huit champs";
       return false;
     }
-    if (l[sorte] == "attribut") attributs.push_back({l[nom_a], l[type]});
+    if (l[sorte] == "attribut") annonces.push_back({l[nom_a], l[type]});
   }
-  *this = Sommes(std::move(attributs));
+  *this = Sommes(std::move(annonces));
   Somme n;
   par_nom.prendre("exemples", "", "", &n);
   nombre_ = n.haut >= 0 && n.haut < 1e15 ? static_cast<std::size_t>(n.haut) : 0;

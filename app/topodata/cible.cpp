@@ -80,10 +80,10 @@ std::vector<std::string> decouper(const std::string& texte) {
 std::vector<std::string> Cible::noms_dans(const std::string& dossier) const {
   if (bases == toutes) return bases_presentes(dossier);
   if (bases) {
-    std::vector<std::string> noms = decouper(*bases);
-    for (std::string& nom : noms) nom = sans_barre(nom);
-    std::erase(noms, "");
-    return noms;
+    std::vector<std::string> donnes = decouper(*bases);
+    for (std::string& nom : donnes) nom = sans_barre(nom);
+    std::erase(donnes, "");
+    return donnes;
   }
   return {bases_integrees.begin(), bases_integrees.end()};
 }
@@ -91,11 +91,11 @@ std::vector<std::string> Cible::noms_dans(const std::string& dossier) const {
 std::vector<Provenance> Cible::liste() const {
   std::vector<std::string> dossiers{chemin};
   dossiers.insert(dossiers.end(), avec.begin(), avec.end());
-  const std::vector<std::string> noms = noms_des_collections(dossiers);
+  const std::vector<std::string> collections = noms_des_collections(dossiers);
   std::vector<Provenance> liste;
   for (std::size_t i = 0; i < dossiers.size(); ++i)
     for (const std::string& base : noms_dans(dossiers[i]))
-      liste.push_back({noms[i], dossiers[i], base, 0});
+      liste.push_back({collections[i], dossiers[i], base, 0});
   numeroter(liste);
   return liste;
 }

@@ -51,16 +51,16 @@ Ligne resumer_base(const Base& base) {
 /// Counts of a nominal attribute: the values of its type in their order, then any others.
 std::string effectifs(const Resume& resume, const std::string& type) {
   std::string texte;
-  const auto ajouter = [&](const std::string& valeur, std::size_t n) {
+  const auto noter = [&](const std::string& valeur, std::size_t n) {
     texte += (texte.empty() ? "" : " ") + valeur + ":" + std::to_string(n);
   };
   std::map<std::string, std::size_t> reste = resume.effectifs();
   for (const std::string& valeur : valeurs_nominales(type).value_or(Ligne{}))
     if (const auto place = reste.find(valeur); place != reste.end()) {
-      ajouter(valeur, place->second);
+      noter(valeur, place->second);
       reste.erase(place);
     }
-  for (const auto& [valeur, n] : reste) ajouter(valeur, n);
+  for (const auto& [valeur, n] : reste) noter(valeur, n);
   return texte;
 }
 

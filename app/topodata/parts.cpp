@@ -124,10 +124,10 @@ Repartition repartir_exemples(const OptionsPartage& o, const std::vector<int>& s
   }
   for (const bool premiere : premiers_par_strate(strates, *o.ratio))
     r.pli.push_back(premiere ? -1 : 0);
-  for (const int partie : {-1, 0})
-    if (std::ranges::find(r.pli, partie) == r.pli.end())
+  for (const int cote : {-1, 0})
+    if (std::ranges::find(r.pli, cote) == r.pli.end())
       throw Erreur("--ratio " + en_texte(*o.ratio) + " : la " +
-                   (partie < 0 ? "premiere" : "seconde") + " partie est vide (" +
+                   (cote < 0 ? "premiere" : "seconde") + " partie est vide (" +
                    std::to_string(strates.size()) + " exemples)");
   return r;
 }
