@@ -90,7 +90,7 @@ bool lire_echelle(std::string_view texte, Echelle& echelle, std::string& faute) 
       faute = "'" + l[0] + "' vient deux fois";
     else
       continue;
-    faute = "ligne " + std::to_string(i + 1) + " : " + faute;
+    faute.insert(0, "ligne " + std::to_string(i + 1) + " : ");
     return false;
   }
   return true;

@@ -70,6 +70,7 @@ std::size_t plus_proche(const std::vector<std::int32_t>& derniere, double cible)
 std::vector<bool> selon_la_taille(const std::vector<std::size_t>& tailles, double ratio) {
   const std::vector<std::size_t> ordre = ordre_au_hasard(tailles.size());
   std::vector<std::size_t> melangees;
+  melangees.reserve(ordre.size());
   for (const std::size_t g : ordre) melangees.push_back(tailles[g]);
   const std::vector<std::int32_t> derniere = sommes_possibles(melangees);
   std::vector<bool> premiere(tailles.size());
@@ -258,6 +259,7 @@ std::vector<bool> premiers_par_strate(const std::vector<int>& strates, double ra
   std::vector<double> parts(static_cast<std::size_t>(nb));
   for (const int s : strates) ++parts[static_cast<std::size_t>(s)];
   std::vector<std::size_t> a_prendre;
+  a_prendre.reserve(parts.size());
   for (double& p : parts) a_prendre.push_back(static_cast<std::size_t>(p *= ratio));
   // What the integer parts leave of the whole goes to the largest fractions.
   std::vector<std::size_t> ordre(parts.size());

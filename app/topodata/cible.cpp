@@ -25,7 +25,8 @@ constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
 void inscrire_entrees(const std::string& dossier, const std::vector<std::string>& noms) {
   inscrire_entree(dossier + "climite.cfg");
   for (const std::string& nom : noms) {
-    const std::string debut = dossier + nom + "/" + nom;
+    std::string debut = dossier;
+    debut.append(nom).append("/").append(nom);
     inscrire_entree(debut + ".def");
     for (const std::string_view mode : modes)
       for (const char* fin : {".blck", ".face", ".edge", ".vrtx"})

@@ -111,7 +111,7 @@ Sommes ajouter_les_sommes(const std::vector<std::string>& fichiers, Progres& pro
     Sommes partie;
     std::string faute = "illisible";
     if (lire_fichier(fichier, texte) != Lecture::faite || !partie.lire(texte, faute))
-      throw Erreur(fichier + " : " + faute);
+      throw Erreur(faute.insert(0, " : ").insert(0, fichier));
     if (&fichier == &fichiers.front())
       total = partie;
     else if (!total.ajouter(partie))

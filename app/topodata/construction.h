@@ -17,7 +17,7 @@ namespace topomine {
 
 /// How a table is made and written.
 struct OptionsTable {
-  const Format* format = &formats[0];
+  const Format* format = formats.data();
   bool crlf = false, normalise = false, sans_constantes = false;
   std::vector<std::string> garde, cache;  ///< names or patterns, separated by commas
   std::optional<std::string> classe;

@@ -222,7 +222,7 @@ void partager(OptionsPartage& o) {
     du_pli.cacher_constantes(premiere);
     const std::string debut = o.prefixe + suffixe, fin(o.table.format->extension);
     for (const auto& [nom, exemples] : {std::pair{"_1", &premiere}, {"_2", &seconde}}) {
-      Sortie& sortie = sorties.emplace_back(debut + nom + fin);
+      Sortie& sortie = sorties.emplace_back(std::string(debut).append(nom).append(fin));
       du_pli.ecrire_tout(sortie.flux(), *exemples);
       sortie.fermer();
     }

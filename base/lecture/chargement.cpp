@@ -74,7 +74,7 @@ bool est_vierge(const Base& base) {
 Chargement charger(Base& base) {
   base._disp(false);
   bool tranches = est_vierge(base);
-  const Chargement c = lire(base, tranches);
+  Chargement c = lire(base, tranches);
   if (c.fait || !tranches) return c;
   // What is wrong with a document that was cut is said as of a whole one.
   base = Base(base.nom, base.chemin, base.type);
