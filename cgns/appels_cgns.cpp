@@ -23,7 +23,8 @@ std::map<std::string, int> types_des_familles(int fichier, int base) {
   int nb = 0;
   lire(cg_nfamilies(fichier, base, &nb));
   for (int f = 1; f <= nb; ++f) {
-    NomCgns nom, condition;
+    NomCgns nom;
+    NomCgns condition;
     int conditions = 0, geometries = 0;
     lire(cg_family_read(fichier, base, f, nom.place(), &conditions, &geometries));
     if (conditions < 1) continue;

@@ -30,7 +30,7 @@ Ligne ligne(const Vecteurs& v, std::size_t debut) {
 // apart from the inputs.
 
 /// The unit vectors from the nodes a to the nodes b; null between nodes that coincide.
-void unitaires(const Ligne a, const Ligne b, std::size_t n, double* __restrict x,
+void unitaires(const Ligne& a, const Ligne& b, std::size_t n, double* __restrict x,
                double* __restrict y, double* __restrict z) {
   for (std::size_t i = 0; i < n; ++i) {
     const double dx = b.x[i] - a.x[i], dy = b.y[i] - a.y[i], dz = b.z[i] - a.z[i];
@@ -48,7 +48,7 @@ void unitaires(const Ligne& a, const Ligne& b, std::size_t n, Vecteurs& sortie, 
 }
 
 /// Lowers each minimum to sens times the determinant of a, b and d there.
-void abaisser(const Ligne a, const Ligne b, const Ligne d, double sens, std::size_t n,
+void abaisser(const Ligne& a, const Ligne& b, const Ligne& d, double sens, std::size_t n,
               double* __restrict min) {
   for (std::size_t i = 0; i < n; ++i) {
     const double v = sens * (a.x[i] * (b.y[i] * d.z[i] - b.z[i] * d.y[i]) +
@@ -70,7 +70,7 @@ void aretes(const double* a, const double* b, const double* c, const double* e, 
 }
 
 /// Adds facteur times the determinant of a, b and d.
-void ajouter_determinants(const Ligne a, const Ligne b, const Ligne d, double facteur,
+void ajouter_determinants(const Ligne& a, const Ligne& b, const Ligne& d, double facteur,
                           std::size_t n, double* __restrict somme) {
   for (std::size_t i = 0; i < n; ++i)
     somme[i] += facteur * (a.x[i] * (b.y[i] * d.z[i] - b.z[i] * d.y[i]) +
@@ -150,10 +150,10 @@ class Tranche {
 
   /// Determinant of the mean edges along i, j and k of each cell of a row.
   void centres_ligne(std::size_t j, std::size_t k) {
-    const std::size_t n = ni_ - 1, debut = ni_ * (j + nj_ * k), plan = ni_ * nj_;
+    const std::size_t n = ni_ - 1, debut = ni_ * (j + nj_ * k), couche = ni_ * nj_;
     const auto coordonnee = [&](const double* v, std::vector<double> Vecteurs::*x) {
       const double* const a = v + debut;
-      aretes(a, a + ni_, a + plan, a + plan + ni_, n, (mi_.*x).data(), (mj_.*x).data(),
+      aretes(a, a + ni_, a + couche, a + couche + ni_, n, (mi_.*x).data(), (mj_.*x).data(),
              (mk_.*x).data());
     };
     coordonnee(c_.x.data(), &Vecteurs::x);

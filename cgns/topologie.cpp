@@ -86,15 +86,15 @@ class Identification {
   }
 
   void ecraser_face(std::size_t zone, int slot) {
-    const Plage face = face_entiere(s_.zones[zone].taille, slot);
+    const Plage entiere = face_entiere(s_.zones[zone].taille, slot);
     bool dit = false;
     for (std::size_t axe = 0; axe < 2; ++axe) {
       bool tout = true;
       for (std::size_t m = d_.debut(zone, slot); m < d_.fin(zone, slot); ++m)
         tout = tout && mesures(m).ecrase[axe];
       if (!tout) continue;
-      classes_.unir(classes_.element(zone, cote_de_morceau(face, slot, axe)),
-                    classes_.element(zone, cote_de_morceau(face, slot, axe + 2)));
+      classes_.unir(classes_.element(zone, cote_de_morceau(entiere, slot, axe)),
+                    classes_.element(zone, cote_de_morceau(entiere, slot, axe + 2)));
       if (!dit) t_.dits.push_back(ou(zone, slot) + " : face ecrasee, sa case est vide");
       dit = true;
     }
@@ -226,8 +226,8 @@ class Identification {
   }
 
   static void ajouter(std::vector<std::size_t>& liste, std::size_t v) {
-    const auto place = std::ranges::lower_bound(liste, v);
-    if (place == liste.end() || *place != v) liste.insert(place, v);
+    const auto rang = std::ranges::lower_bound(liste, v);
+    if (rang == liste.end() || *rang != v) liste.insert(rang, v);
   }
 
   /// Where a face is split, readers take the count of its parts for a face number. No face bears

@@ -138,11 +138,11 @@ void imposer(SceneSuggeree& scene, const std::map<std::string, char>& lettres,
 void ecrire_fichiers(Depot& depot, const CasImporte& cas, const std::string& base,
                      const std::string& voulus) {
   depot.ecrire(base + ".def", [&](std::ostream& out) { ecrire_scene(out, cas, base); });
-  for (const auto& [mode, nom] :
+  for (const auto& [mode, texte] :
        {std::pair{Mode::ext, "ext"}, {Mode::nrm, "nrm"}, {Mode::min, "min"}}) {
-    if (voulus != "toutes" && voulus != nom) continue;
+    if (voulus != "toutes" && voulus != texte) continue;
     const Mode m = mode;
-    const std::string debut = base + "_" + nom;
+    const std::string debut = base + "_" + texte;
     depot.ecrire(debut + ".blck", [&](std::ostream& out) { ecrire_blocs(out, cas); });
     depot.ecrire(debut + ".face", [&](std::ostream& out) { ecrire_faces(out, cas, m); });
     depot.ecrire(debut + ".edge", [&](std::ostream& out) { ecrire_edges(out, cas, m); });
