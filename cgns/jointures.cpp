@@ -16,7 +16,7 @@ void parcourir(const Plage& p, Action agir) {
 
 std::string court(double v) {
   char texte[32];
-  std::snprintf(texte, sizeof texte, "%.3g", v);
+  static_cast<void>(std::snprintf(texte, sizeof texte, "%.3g", v));
   return texte;
 }
 
