@@ -15,8 +15,6 @@
 #endif
 #if defined(__SANITIZE_ADDRESS__) || defined(SOUS_ASAN)
 #include <sanitizer/lsan_interface.h>
-
-using namespace topomine;
 #else
 static void __lsan_disable() {}
 static void __lsan_enable() {}
