@@ -89,7 +89,7 @@ void nommer_type(CLI::Option& option) {
   if (option.get_type_size() == 0) return;  // a flag
   std::string nom = option.get_positional() ? option.get_name(true) : option.get_name();
   nom.erase(0, nom.find_first_not_of('-'));
-  const auto trouve = std::ranges::find(types, nom, &TypeOption::nom);
+  const auto* const trouve = std::ranges::find(types, nom, &TypeOption::nom);
   if (trouve != types.end())
     option.type_name(std::string(trouve->type));
   else if (option.get_type_name().starts_with("TEXT:{"))
