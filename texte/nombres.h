@@ -11,10 +11,9 @@ namespace topomine {
 
 /// Texts to numbers. The meaning is that of a single std::stringstream per operation, appended to,
 /// never emptied, its error state cleared before each read: what a read does not take ("a" of
-/// "12a",
-/// ",5" of "1,5" read as an integer) stays ahead of the next text and can spoil it. A text that
-/// does not parse (overflow included) leaves the previous number of its kind in place, 0 at first.
-/// Numbers are read as in the "C" locale, whatever the global one.
+/// "12a", ",5" of "1,5" read as an integer) stays ahead of the next text and can spoil it. A text
+/// that does not parse (overflow included) leaves the previous number of its kind in place, 0 at
+/// first. Numbers are read as in the "C" locale, whatever the global one.
 /// What is left unread is not copied: each text stays where it is as long as this object lives.
 class FluxNombres {
  public:
