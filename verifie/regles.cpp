@@ -59,7 +59,7 @@ void joindre_lecture(std::vector<Constat>& constats) {
   for (std::size_t i = 0; i < constats.size(); ++i) {
     const auto lu = lus.find(cle(constats[i]));
     if (lu == lus.end() || constats[i].code < Code::reference_absente) continue;
-    Constat& cause = constats[lu->second];
+    const Constat& cause = constats[lu->second];
     if (fiche(constats[i].code).gravite > fiche(cause.code).gravite) {
       constats[i].quoi += " (" + cause.quoi + ")";
       tus[lu->second] = 1;
