@@ -1,5 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -41,4 +46,35 @@ inline std::string visible(const std::string& octets) {
         texte += k < 0 ? '\\' : static_cast<char>('0' + (u >> k) % 8);
   }
   return texte;
+}
+
+/// The bytes that visible() wrote so.
+inline std::string octets_de(const std::string& texte) {
+  const auto chiffre = [&](std::size_t i) {
+    return i < texte.size() && texte[i] >= '0' && texte[i] <= '7';
+  };
+  std::string octets;
+  for (std::size_t i = 0; i < texte.size(); ++i)
+    if (texte[i] == '\\' && chiffre(i + 1) && chiffre(i + 2) && chiffre(i + 3)) {
+      octets += static_cast<char>(std::stoi(texte.substr(i + 1, 3), nullptr, 8));
+      i += 3;
+    } else {
+      octets += texte[i];
+    }
+  return octets;
+}
+
+/// What comes of each case is what the file says. With TOPOMINE_REECRIRE in the environment the
+/// file is written anew instead: the difference is to be read before it is kept.
+inline void comparer_rangees(const std::string& fichier,
+                             const std::function<std::string(const Rangee&)>& obtenir) {
+  std::string neuf;
+  for (const Rangee& r : lire_rangees(fichier)) {
+    const std::string obtenu = obtenir(r);
+    neuf += "=== " + r.titre + '\n' + r.entree + "---\n" + obtenu;
+    if (!std::getenv("TOPOMINE_REECRIRE")) {
+      EXPECT_EQ(obtenu, r.attendu) << r.titre << '\n' << r.entree;
+    }
+  }
+  if (std::getenv("TOPOMINE_REECRIRE")) std::ofstream(fichier, std::ios::binary) << neuf;
 }
