@@ -4,10 +4,12 @@
 #include <cstdlib>
 #include <fstream>
 #include <regex>
+#include <sstream>
 
 #include "base/base.h"
 #include "base/lecture/chargement.h"
 #include "dataset/schema.h"
+#include "tests/support/rangees.h"
 
 using namespace topomine;
 
@@ -58,4 +60,31 @@ BaseBuffer Collection::table(const std::vector<std::string>& bases) const {
     table.add_base(base);
   }
   return table;
+}
+
+void rejouer_sessions(const Collection& collection, const std::string& fichier) {
+  const fs::path bin = collection.dossier / "bin", ici = collection.dossier / "ici";
+  fs::create_directory(bin);
+  fs::create_symlink(TOPODATA_PROGRAM, bin / "topodata");
+  ecrire(bin / "gnuplot", "#!/bin/sh\necho '<svg>'\ncat\necho '</svg>'\n");
+  fs::permissions(bin / "gnuplot", fs::perms::owner_all);
+  comparer_rangees(fichier, [&](const Rangee& r) {
+    fs::remove_all(ici);
+    fs::create_directory(ici);
+    fs::create_directory_symlink("../cas", ici / "cas");
+    fs::create_directory_symlink("../modeles", ici / "modeles");
+    fs::create_directory_symlink(TOPOMINE_CASES, ici / "reels");
+    std::istringstream commandes(r.entree);
+    std::string vu;
+    for (std::string commande; std::getline(commandes, commande);) {
+      const Resultat fait = lancer("/bin/sh", ici.string(), {"-c", octets_de(commande)}, [&] {
+        setenv("PATH", (bin.string() + ":/usr/bin:/bin").c_str(), 1);
+        setenv("LC_ALL", "C", 1);
+        setenv("COLUMNS", "100", 1);
+      });
+      vu += visible(fait.sortie + fait.erreur);
+      if (fait.statut != 0) vu += "-> " + std::to_string(fait.statut) + '\n';
+    }
+    return vu;
+  });
 }

@@ -37,3 +37,9 @@ class Collection {
  public:
   const std::filesystem::path dossier{temporaire_.chemin()};
 };
+
+/// Replays whole commands, by a shell, and compares all that they say and their statuses other than
+/// 0. Each case has an empty folder but for cas, the sample cases, reels, the real ones, and
+/// modeles, what is in the folder of that name of the collection; what gnuplot would be given is
+/// drawn as text.
+void rejouer_sessions(const Collection& collection, const std::string& fichier);
