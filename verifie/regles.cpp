@@ -93,7 +93,9 @@ void scene_d_une_autre(CasLu& r, Voisinage& v) {
   const std::string nom = r.base.avion._name();
   if (!r.lus[fic_def] || nom.empty()) return;
   const auto [place, premiere] = v.noms.try_emplace(nom, r.base.nom);
-  const bool autre = nom != r.base.nom && std::ranges::find(v.bases, nom) != v.bases.end();
+  const bool autre =
+      nom != r.base.nom && (std::ranges::find(v.bases, nom) != v.bases.end() ||
+                            std::ranges::find(bases_integrees, nom) != bases_integrees.end());
   if (!autre && (premiere || place->second == r.base.nom)) return;
   r.signaler(Code::nom_d_une_autre_base, fic_def, r.ligne_avion("name"), "reference_avion", "",
              "name '" + citer(nom) + "' est celui de la base " + (autre ? nom : place->second));

@@ -35,6 +35,8 @@ constexpr double precision_places = 4e-9;
 /// Files with fewer digits: eight, seven.
 constexpr double moins_precis[]{1, 100, 10};  // each on top of the one before
 constexpr double hors_erikson = 1e-9;
+/// More than any mesh has around a vertex.
+constexpr std::size_t blocs_d_un_sommet = 64;
 
 /// With the digits of the files: where two values differ in the last of them.
 std::string precis(double v) {
@@ -55,7 +57,8 @@ Valeurs donnees(const Block& b) {
 /// What is known of a block: NaN stands for what is not.
 struct Bloc {
   Valeurs lues{}, calculees{};
-  double tolerance = 0;
+  double precise = 0;    // how well the values can be had from the corners, relative
+  double tolerance = 0;  // the same in a file with fewer digits
   Maille::Coins coins{};
   bool coins_surs = false;
   bool dit = false;      // something has been said of its volumes
@@ -85,6 +88,11 @@ struct Bloc {
   }
   /// A curve, or a vertex elsewhere, changes them all, a slip one.
   bool courbe() const { return nb_ecarts() > 2; }
+  /// Turned over by a vertex that is elsewhere: two faces that change places leave the volume.
+  bool retourne() const {
+    return gauche() && std::abs(std::abs(lues[i_exact]) + calculees[i_exact]) >
+                           tolerance * std::abs(calculees[i_exact]);
+  }
 };
 
 class Volumes {
@@ -126,7 +134,7 @@ class Volumes {
     k.calculees = {mesures.exact, mesures.mor, mesures.moyen, mesures.nsmb, mesures.erikson};
     k.coins_surs = std::ranges::all_of(k.calculees, [](double v) { return std::isfinite(v); });
     if (!k.coins_surs) k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
-    k.tolerance = precision + precision_places * taille / plus_court;
+    k.precise = precision + precision_places * taille / plus_court;
   }
 
   /// Most of the volumes are not those of these corners: each by far, and some by very far.
@@ -156,20 +164,33 @@ class Volumes {
   /// or two values of a block are slips as long as half of the blocks have none; a block with more
   /// is curved, unless it is one in ten.
   void recalculer() {
+    for (Bloc& k : blocs_) k.tolerance = k.precise;
     for (const double facteur : moins_precis) {
-      std::vector<int> autres;
+      std::vector<int> autres, gauches;
       std::size_t juges = 0, courbes = 0;
       for (int b = 0; b < nb(); ++b) {
         Bloc& k = bloc(b);
         k.differe = false;
-        if (!k.coins_surs || k.gauche()) continue;
-        ++juges;
+        if (!k.coins_surs) continue;
         k.tolerance *= facteur;
+        if (k.gauche()) {
+          k.differe = k.retourne();
+          if (k.differe) gauches.push_back(b);
+          continue;
+        }
+        ++juges;
         k.differe = k.nb_ecarts() > 0;
         courbes += k.courbe();
         if (k.differe) autres.push_back(b);
       }
-      if (autres.empty() || juges < 2 || sommet_deplace(autres, juges)) return;
+      std::vector<int> deplaces = autres;
+      deplaces.insert(deplaces.end(), gauches.begin(), gauches.end());
+      if (!deplaces.empty() && juges >= 2) {
+        if (sommet_deplace(deplaces, juges, " ne se recalculent pas, ceux des autres si")) return;
+        if (sommet_loin(deplaces, juges)) return recalculer();
+      }
+      for (const int b : gauches) bloc(b).differe = false;
+      if (autres.empty() || juges < 2) return;
       if (autres.size() * 2 > juges && autres.size() > 1) continue;
       if (courbes > std::max<std::size_t>(1, juges / 10))
         for (Bloc& k : blocs_) k.differe = k.differe && !k.courbe();
@@ -178,9 +199,18 @@ class Volumes {
     for (Bloc& k : blocs_) k.differe = false;
   }
 
+  /// Among curved blocks: those that are far off, and they alone, have a vertex in common.
+  bool sommet_loin(std::vector<int> autres, std::size_t juges) {
+    std::erase_if(autres, [&](int b) {
+      return !bloc(b).loin() && !bloc(b).a_l_envers() && !bloc(b).retourne();
+    });
+    return autres.size() > 1 &&
+           sommet_deplace(autres, juges, " sont loin de ceux de leurs sommets");
+  }
+
   /// All the blocks of a vertex, and they alone, differ in their volume.
-  bool sommet_deplace(const std::vector<int>& autres, std::size_t juges) {
-    if (autres.size() == juges || autres.size() > 8) return false;
+  bool sommet_deplace(const std::vector<int>& autres, std::size_t juges, const char* en_quoi) {
+    if (autres.size() >= juges || autres.size() > blocs_d_un_sommet) return false;
     for (const int b : autres)
       if (!bloc(b).ecarte(i_exact) && !bloc(b).ecarte(1)) return false;
     std::vector<int> candidats;
@@ -195,16 +225,16 @@ class Volumes {
       });
     });
     if (candidats.empty() || (autres.size() == 1 && !bloc(autres[0]).courbe())) return false;
-    std::string dit = "les volumes de ses " + std::to_string(autres.size()) +
-                      " bloc(s) ne se recalculent pas, ceux des autres si";
-    const int premier = candidats[0];
+    std::string dit = "les volumes de ses " + std::to_string(autres.size()) + " bloc(s)" + en_quoi;
+    const int sommet = candidats[0];
     if (candidats.size() > 1) {
       candidats.erase(candidats.begin());
       for (int& v : candidats) v = x_.numero(fic_vrtx, v);
       dit += " (ou vertex " + enumerer(candidats) + ")";
     }
-    x_.signaler(Code::sommet_deplace, fic_vrtx, premier, dit);
-    for (const int b : autres) bloc(b) = Bloc{bloc(b).lues, {}, 0, {}, false, true, false};
+    x_.signaler(Code::sommet_deplace, fic_vrtx, sommet, dit);
+    for (Bloc& k : blocs_)
+      if (contient(k.coins, sommet)) k = Bloc{k.lues, {}, 0, 0, {}, false, true, false};
     return true;
   }
 
