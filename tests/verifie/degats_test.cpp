@@ -6,6 +6,7 @@
 #include <functional>
 #include <iomanip>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -131,6 +132,27 @@ TEST(Degats, EachIsSaidOnceAtItsLineInTheseWords) {
     for (const auto& [fichier, texte] : avant) c.ecrire(fichier, texte);
     return vus;
   });
+}
+
+// Where all blocks are curved, none of their values can be had from the corners.
+TEST(Degats, AVertexFarOffAmongCurvedBlocks) {
+  const Reelle c;
+  const std::string blocs = Reelle::fichier("mesh_case_8", "ext.blck");
+  const std::regex volume("(<(?:Exact|Mor|Moyen|NSMB)><Cell>)([^<]*)");
+  const std::string droits = c.lire(blocs);
+  std::string courbes;
+  auto reste = droits.cbegin();
+  for (std::sregex_iterator v(droits.begin(), droits.end(), volume), fin; v != fin; ++v) {
+    courbes.append(reste, (*v)[2].first).append(std::to_string(1.3 * std::stod((*v)[2])));
+    reste = (*v)[2].second;
+  }
+  c.ecrire(blocs, courbes.append(reste, droits.cend()));
+  EXPECT_EQ(dits(c.chemin(), "mesh_case_8", {"ext"}), Lignes{});
+  ASSERT_TRUE(
+      endommager(c, "mesh_case_8", "ext.vrtx: <Ident>46< ... `100.6136642` => `1006.136642`"));
+  EXPECT_EQ(dits(c.chemin(), "mesh_case_8", {"ext"}),
+            Lignes{"V049 vrtx:161 vertex 46: les volumes de ses 6 bloc(s) sont loin de ceux de "
+                   "leurs sommets"});
 }
 
 TEST(Degats, AFileOfAnotherCaseIsOneFinding) {
