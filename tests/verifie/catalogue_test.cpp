@@ -3,10 +3,21 @@
 #include <sstream>
 
 #include "tests/support/dossier.h"
+#include "tests/support/rangees.h"
+#include "verifie/balises.h"
 #include "verifie/catalogue.h"
 #include "verifie/lecture_stricte.h"
 
 using namespace topomine;
+
+namespace {
+
+std::string dire(const std::optional<FauteOctets>& faute) {
+  if (!faute) return "-";
+  return nom(faute->code) + ' ' + std::to_string(faute->ligne) + ' ' + faute->quoi;
+}
+
+}  // namespace
 
 TEST(Catalogue, NamesEachCodeOnce) {
   for (const Fiche& f : catalogue()) {
@@ -36,4 +47,32 @@ TEST(Catalogue, FindingsBeyondReadingAreOneFinding) {
   cas.signaler(Code::intrus, fic_def, 1, "piece", std::string(500, 'n'), std::string(300, 'q'));
   EXPECT_EQ(cas.constats[0].numero, std::string(297, 'n') + "...");
   EXPECT_EQ(cas.constats[0].quoi, std::string(300, 'q'));
+}
+
+// A document per line: what is said of its bytes, then of its tags.
+TEST(Octets, AreJudgedByTheirEncodingAndTheirTags) {
+  comparer_rangees(TOPOMINE_CASES "../verifie/octets.txt", [](const Rangee& r) {
+    std::string vus;
+    std::istringstream documents(r.entree);
+    for (std::string document; std::getline(documents, document);) {
+      const std::string octets = octets_de(document);
+      vus += dire(faute_codage(octets)) + " | " + dire(faute_xml(octets)) + '\n';
+    }
+    return vus;
+  });
+  const auto niveaux = [](int n) {
+    std::string s;
+    for (int i = 0; i < n; ++i) s += "<a" + std::to_string(i) + ">\n";
+    while (n-- > 0) s += "</a" + std::to_string(n) + ">";
+    return s;
+  };
+  const auto attributs = [](int n) {
+    std::string s = "\n<a";
+    for (int i = 0; i < n; ++i) s += "\nb='1'";
+    return s + "/>";
+  };
+  EXPECT_EQ(dire(faute_xml(niveaux(1000))), "-");
+  EXPECT_EQ(dire(faute_xml(niveaux(1001))), "V005 1001 plus de 1000 niveaux d'elements");
+  EXPECT_EQ(dire(faute_xml(attributs(1000))), "-");
+  EXPECT_EQ(dire(faute_xml(attributs(1001))), "V005 2 plus de 1000 attributs");
 }
