@@ -153,4 +153,40 @@ void ajouts_a_dire(const std::string& fichier) {
   o.appel(cg_1to1_periodic_write(o.f, o.b, 2, o.n, rien.data(), rien.data(), pas.data()));
 }
 
+void tous_les_types(const std::string& fichier) {
+  Ouvert o(fichier);
+  const auto condition = [&o](const std::string& nom, CGNS_ENUMT(BCType_t) type,
+                              const std::vector<cgsize_t>& points, CGNS_ENUMT(GridLocation_t) lieu,
+                              const std::array<int, 3>& normale) {
+    o.appel(cg_boco_write(o.f, o.b, 1, nom.c_str(), type,
+                          points.size() == 6 ? CGNS_ENUMV(PointRange) : CGNS_ENUMV(PointList),
+                          static_cast<cgsize_t>(points.size() / 3), points.data(), &o.n));
+    o.appel(cg_boco_gridlocation_write(o.f, o.b, 1, o.n, lieu));
+    if (normale != std::array<int, 3>{})
+      o.appel(cg_boco_normal_write(o.f, o.b, 1, o.n, normale.data(), 0, CGNS_ENUMV(RealDouble),
+                                   nullptr));
+  };
+  for (int t = 1; t < NofValidBCTypes; ++t) {
+    const cgsize_t i = t % 5 + 1, j = t / 5 % 5 + 1;
+    condition(std::string("de_") + BCTypeName[t], static_cast<CGNS_ENUMT(BCType_t)>(t),
+              {i, j, 1, i + 1, j + 1, 1}, CGNS_ENUMV(Vertex), {});
+  }
+  const auto mur = CGNS_ENUMV(BCWall);
+  const auto faces = CGNS_ENUMV(FaceCenter);
+  condition("k", mur, {1, 1, 3, 1, 1, 3}, CGNS_ENUMV(KFaceCenter), {});
+  condition("k ailleurs", mur, {2, 1, 2, 2, 1, 2}, CGNS_ENUMV(KFaceCenter), {});
+  condition("k dehors", mur, {5, 1, 3, 6, 1, 3}, CGNS_ENUMV(KFaceCenter), {});
+  condition("j", mur, {3, 6, 2, 3, 6, 2}, CGNS_ENUMV(JFaceCenter), {});
+  condition("i", mur, {6, 2, 1, 6, 2, 1}, CGNS_ENUMV(IFaceCenter), {});
+  condition("centre", mur, {2, 2, 3, 3, 2, 3}, faces, {});
+  condition("centre au bout", mur, {1, 1, 1, 1, 1, 1}, faces, {});
+  condition("centre, sa normale", mur, {1, 1, 1, 1, 1, 1}, faces, {0, -1, 0});
+  condition("centre, deux normales", mur, {1, 1, 1, 1, 1, 1}, faces, {1, -1, 0});
+  condition("centre, deux bouts", mur, {1, 1, 1, 1, 2, 1}, faces, {});
+  condition("centre, i", mur, {1, 2, 1, 1, 3, 2}, faces, {});
+  condition("centre, en liste", mur, {4, 4, 3, 5, 4, 3, 4, 4, 3, 5, 5, 3, 4, 5, 3}, faces, {});
+  condition("centre, liste a trou", mur, {4, 4, 3, 5, 4, 3, 5, 5, 3}, faces, {});
+  condition("aretes", mur, {1, 1, 3, 2, 2, 3}, CGNS_ENUMV(EdgeCenter), {});
+}
+
 }  // namespace topomine

@@ -27,5 +27,8 @@ void un_texte(const std::string& fichier);
 
 // Files with something that a case cannot express.
 void ajouts_a_dire(const std::string& fichier);
+/// On the first zone, of 5 x 5 x 2 cells: a condition of each type on a cell of k-min, and on
+/// k-max cells and faces located in every way.
+void tous_les_types(const std::string& fichier);
 
 }  // namespace topomine

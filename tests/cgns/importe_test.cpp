@@ -9,6 +9,7 @@
 #include "cgns/enfant.h"
 #include "tests/cgns/alterations.h"
 #include "tests/cgns/modele.h"
+#include "tests/cgns/modele_de_base.h"
 #include "tests/topodata/programme.h"
 
 namespace topomine {
@@ -38,6 +39,36 @@ Modele deux_boites() {
     m.condition(z, face(m, z, 5), "loin", 4);
   }
   m.jonction(0, face(m, 0, 3), 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  return m;
+}
+
+/// A block that goes once around, from radius 1 to 3, and up by 2.
+Modele tour(Indice n) {
+  Modele m;
+  m.s.base = "tour";
+  m.zone({n, 3, 2}, [](double u, double v, double w) {
+    const double a = 2 * std::numbers::pi * u, rayon = 1 + 2 * v;
+    return Vec{rayon * std::cos(a), rayon * std::sin(a), 2 * w};
+  });
+  m.jonction(0, face(m, 0, 0), 0, {{1, 1, 1}, {n + 1, 1, 1}, {1, 2, 3}});
+  m.condition(0, face(m, 0, 1), "paroi_fut", 1);
+  m.condition(0, face(m, 0, 4), "loin", 4);
+  m.condition(0, face(m, 0, 2), "sol", 5);
+  m.condition(0, face(m, 0, 5), "ciel", 5);
+  return m;
+}
+
+/// One face against two blocks, another under two conditions and partly bare.
+Modele partage() {
+  Modele m;
+  m.s.base = "partage";
+  boite(m, 0, 0, 0, {2, 4, 2});
+  boite(m, 1, 0, 0);
+  boite(m, 1, 1, 0);
+  m.jonction(0, {{3, 1, 1}, {3, 3, 3}}, 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  m.jonction(0, {{3, 3, 1}, {3, 5, 3}}, 2, {{3, 3, 1}, {1, 1, 1}, {1, 2, 3}});
+  m.condition(0, {{1, 1, 1}, {1, 3, 3}}, "paroi_bas", 1);
+  m.condition(0, {{1, 3, 1}, {1, 5, 2}}, "entree", 2);
   return m;
 }
 
@@ -87,17 +118,7 @@ std::size_t lignes(const std::string& texte) {
 TEST(Importe, AnOGrid) {
   constexpr Indice n = 12;
   constexpr double r = 1, g = 3, h = 2;
-  Modele m;
-  m.s.base = "tour";
-  m.zone({n, 3, 2}, [](double u, double v, double w) {
-    const double a = 2 * std::numbers::pi * u, rayon = r + (g - r) * v;
-    return Vec{rayon * std::cos(a), rayon * std::sin(a), h * w};
-  });
-  m.jonction(0, face(m, 0, 0), 0, {{1, 1, 1}, {n + 1, 1, 1}, {1, 2, 3}});
-  m.condition(0, face(m, 0, 1), "paroi_fut", 1);
-  m.condition(0, face(m, 0, 4), "loin", 4);
-  m.condition(0, face(m, 0, 2), "sol", 5);
-  m.condition(0, face(m, 0, 5), "ciel", 5);
+  const Modele m = tour(n);
   for (const auto& t : {std::array{1, 2, 3}, {-2, 3, 1}, {3, -1, -2}}) {
     Modele tourne = m;
     tourner(tourne, 0, t);
@@ -122,15 +143,7 @@ TEST(Importe, AnOGrid) {
 // One face against two blocks, another under two conditions and partly bare. The two small blocks
 // touch only through the big one, and have their corners in common all the same.
 TEST(Importe, SplitFaces) {
-  Modele m;
-  m.s.base = "partage";
-  boite(m, 0, 0, 0, {2, 4, 2});
-  boite(m, 1, 0, 0);
-  boite(m, 1, 1, 0);
-  m.jonction(0, {{3, 1, 1}, {3, 3, 3}}, 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
-  m.jonction(0, {{3, 3, 1}, {3, 5, 3}}, 2, {{3, 3, 1}, {1, 1, 1}, {1, 2, 3}});
-  m.condition(0, {{1, 1, 1}, {1, 3, 3}}, "paroi_bas", 1);
-  m.condition(0, {{1, 3, 1}, {1, 5, 2}}, "entree", 2);
+  const Modele m = partage();
   for (const auto& t : {std::array{1, 2, 3}, {3, -2, 1}}) {
     Modele tourne = m;
     for (std::size_t z = 0; z < 3; ++z) tourner(tourne, z, t);
@@ -316,6 +329,47 @@ TEST(Importe, OddNames) {
   EXPECT_EQ(b.pieces.begin()->first, "paroi_<\351t\351>_&__[");
   EXPECT_EQ(b._CL(101, "Family"), "paroi_<\351t\351>_&__[");
   EXPECT_EQ(b.blocs.at(1)._type(), 36);
+}
+
+// What is said of meshes of every kind, and what is written, to the byte.
+TEST(Importe, InSessions) {
+  const Collection c;
+  const std::string ou = (c.dossier / "modeles").string() + "/";
+  std::filesystem::create_directory(ou);
+  const auto ecrire = [&ou](const Modele& m, const std::string& nom,
+                            Fichiers genre = Fichiers::adf) {
+    Modele nomme = m;
+    nomme.s.base = nom;
+    ecrire_cgns(nomme, ou + nom + ".cgns", genre);
+  };
+  Modele types, coin, gauche = tour(12);
+  boite(types, 0, 0, 0, {5, 5, 2});
+  boite(coin, 0, 0, 0);
+  coin.zone({2, 2, 2}, [](double u, double v, double w) { return Vec{1 + u, v * (1 - u), w}; });
+  coin.zone({3, 2, 2}, [](double u, double v, double w) {
+    return Vec{u * (1 - w), 1 + v * (1 - w), w};
+  });
+  coin.jonction(0, face(coin, 0, 3), 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  coin.condition(0, face(coin, 0, 2), "paroi_sol", 1);
+  coin.condition(1, face(coin, 1, 2), "paroi_aile", 1);
+  coin.condition(2, face(coin, 2, 2), "paroi_sol", 1);
+  tourner(gauche, 0, {-1, 2, 3});
+  ecrire(deux_boites(), "deux");
+  ecrire(deux_boites(), "dits", Fichiers::hdf5);
+  ecrire(tour(12), "tour");
+  ecrire(gauche, "gauche");
+  ecrire(partage(), "partage", Fichiers::hdf5);
+  ecrire(types, "types");
+  ecrire(coin, "coin");
+  ajouts_a_dire(ou + "dits.cgns");
+  tous_les_types(ou + "types.cgns");
+  for (const int n : {1, 3, 4}) {
+    oublier_configuration();
+    Base b("mesh_case_" + std::to_string(n), TOPOMINE_CASES, "nrm");
+    ASSERT_TRUE(charger(b).fait);
+    ecrire(modele_de(b, n == 4), "cas_" + std::to_string(n));
+  }
+  rejouer_sessions(c, TOPOMINE_CASES "../cgns/sessions.txt");
 }
 
 TEST(Importe, TheProgramWithoutTheLibrary) {
