@@ -84,7 +84,8 @@ bool Maille::coins(int bloc, Coins& coins) const {
     la[static_cast<std::size_t>(s)] = true;
   }
   for (unsigned c = 0; c < 8; ++c) {
-    // On the three faces of the corner; where one of them shrank, not on the faces opposite.
+    // On the three faces of the corner; where one of them shrank, not on the face opposite to it.
+    // The others may meet at what it shrank to.
     std::array<int, 8> restants{};
     int nb = -1;
     for (const bool oppose : {false, true})
@@ -92,7 +93,9 @@ bool Maille::coins(int bloc, Coins& coins) const {
         const unsigned cote = (c >> axe & 1U) ^ static_cast<unsigned>(oppose);
         const auto s =
             static_cast<std::size_t>(place_face(static_cast<int>(cote), static_cast<int>(axe)));
-        if (!la[s] || (oppose && nb <= 1)) continue;
+        const auto sienne = static_cast<std::size_t>(
+            place_face(static_cast<int>(c >> axe & 1U), static_cast<int>(axe)));
+        if (!la[s] || (oppose && (nb <= 1 || la[sienne]))) continue;
         const Quatre& q = sur_face[s];
         if (nb < 0) {
           restants = q.rangs;

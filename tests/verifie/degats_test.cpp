@@ -353,6 +353,31 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
   for (const auto& r : rangees) EXPECT_EQ(dire(r.chiffres, r.nb, r.facteur, r.mot), r.dit);
 }
 
+// Collapsed blocks are the same whatever their axes are called.
+TEST(Degats, BlocksTurned) {
+  const Reelle c;
+  for (const char* base : {"mesh_case_1", "mesh_case_3"}) {
+    const std::string fichier = Reelle::fichier(base, "min.blck");
+    for (int tour = 1; tour < 3; ++tour) {
+      std::string texte = c.lire(fichier);
+      const std::string_view balise = "<Face><Numero>";
+      for (std::size_t i = 0; (i = texte.find(balise, i)) != std::string::npos;) {
+        char& n = texte[i += balise.size()];
+        n = static_cast<char>(n < '4' ? '1' + (n - '0') % 3 : '4' + (n - '3') % 3);
+      }
+      c.ecrire(fichier, texte);
+      for (const std::string& ligne : dits(c.chemin(), base, {"min"}))
+        EXPECT_TRUE(ligne.starts_with("V037 ")) << ligne;
+      ASSERT_TRUE(endommager(c, base, "min.blck: <Ident>2< ... `<Mor><Cell>` => `<Mor><Cell>1`"));
+      std::size_t nb = 0;
+      for (const std::string& ligne : dits(c.chemin(), base, {"min"}))
+        nb += ligne.starts_with("V057 blck:14 bloc 2: Mor 1") || ligne.starts_with("V051 blck:14");
+      EXPECT_EQ(nb, 1U) << base << tour;
+      c.ecrire(fichier, texte);
+    }
+  }
+}
+
 // Not one finding but the notices of blocks that are meant to be collapsed.
 TEST(Degats, SoundCasesAreLeftAlone) {
   const Dossier engendre;
