@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <iostream>
 #include <regex>
 #include <sstream>
 
 #include "app/topodata/carte.h"
+#include "app/topodata/console.h"
 #include "app/topodata/sortie.h"
 #include "base/base.h"
 #include "base/lecture/chargement.h"
@@ -80,6 +82,16 @@ TEST(Resume, SaysEachAttributeAndEachBase) {
                                                     "base +string +- +- +- +- +- +- +- +1 +-\n")));
 }
 
+TEST(Listing, PassesALineThatNothingEnds) {
+  std::ostringstream flux;
+  {
+    const Listing listing(flux);
+    std::cout << "un\nde" << 'u' << "x";
+    EXPECT_EQ(flux.str(), "un\n");
+  }
+  EXPECT_EQ(flux.str(), "un\ndeux");
+}
+
 TEST(Resume, AlignsNamesOfAnyLetters) {
   const Collection c;
   for (const char* nom : {"\xC3\xA9t\xC3\xA9", "x\ny"})
@@ -132,6 +144,7 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
                     [&] {
                       setenv("PATH", (dossier + ":/bin:/usr/bin").c_str(), 1);
                       setenv("GNUTERM", "dumb", 1);
+                      setenv("ESSAI", " gardee", 1);
                     })
         .erreur;
   };
@@ -143,7 +156,8 @@ TEST(Covariance, DrawsItsPictureOrSaysWhatIsMissing) {
   ecrire(png, "vieille");
   EXPECT_EQ(avec_faux("printf '\\211PNG\\r\\n\\032\\nIDAT'\n"),
             "topodata : gnuplot a echoue, son image est incomplete\n");
-  EXPECT_EQ(avec_faux("echo \"$*$GNUTERM\" >&2; exit 1\n"), "topodata : gnuplot a echoue : -d -\n");
+  EXPECT_EQ(avec_faux("echo \"$*$GNUTERM $LC_ALL$ESSAI\" >&2; exit 1\n"),
+            "topodata : gnuplot a echoue : -d - C gardee\n");
   EXPECT_EQ(lire(png), "vieille");
   std::filesystem::remove(png);
   if (std::system("command -v gnuplot > /dev/null") != 0) GTEST_SKIP() << "gnuplot is missing";
