@@ -3,14 +3,11 @@
 namespace topomine {
 
 Limite limite_de(const Base& base, int code) {
-  return {code, Base::list_CLim.contains(code), base._CL(code, "Family"),
-          base.DAM2BCCODE({code}).at(0)};
-}
-
-bool est_paroi(const Base& base, const Limite& limite) {
   constexpr int bccode_paroi = 1;
-  return limite.bccode == bccode_paroi ||
-         (!limite.famille.empty() && base.pieces.contains(limite.famille));
+  Limite l{code, Base::list_CLim.contains(code), base._CL(code, "Family"),
+           base.DAM2BCCODE({code}).at(0), false};
+  l.paroi = l.bccode == bccode_paroi || (!l.famille.empty() && base.pieces.contains(l.famille));
+  return l;
 }
 
 }  // namespace topomine

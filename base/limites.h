@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
-#include <vector>
+#include <unordered_map>
 
 #include "base/base.h"
 
@@ -14,19 +13,25 @@ struct Limite {
   bool connue = false;  ///< the configuration has the code
   std::string famille;  ///< empty when it is not known
   int bccode = 0;       ///< as the table counts it; 0 when it is not known
+  bool paroi = false;   ///< a wall: BCCODE 1, or the family of a piece of the scene
 };
 
 Limite limite_de(const Base& base, int code);
-/// Those of a face's or an edge's codes, in its order.
-template <class Entite>
-std::vector<Limite> limites(const Base& base, const Entite& entite) {
-  std::vector<Limite> toutes;
-  toutes.reserve(static_cast<std::size_t>(entite.nb_BC()));
-  for (int i = 0; i < entite.nb_BC(); ++i) toutes.push_back(limite_de(base, entite._BC(i)));
-  return toutes;
-}
 
-/// True for a wall: BCCODE 1, or the family of a piece of the scene.
-bool est_paroi(const Base& base, const Limite& limite);
+/// Those of the codes of a base: each is asked for once, however often it stands in the files.
+class TableLimites {
+ public:
+  explicit TableLimites(const Base& base) : base_(base) {}
+  /// Stays where it is as long as this object lives.
+  const Limite& operator[](int code) {
+    const auto trouvee = vues_.find(code);
+    return trouvee != vues_.end() ? trouvee->second
+                                  : vues_.emplace(code, limite_de(base_, code)).first->second;
+  }
+
+ private:
+  const Base& base_;
+  std::unordered_map<int, Limite> vues_;
+};
 
 }  // namespace topomine

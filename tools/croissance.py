@@ -159,6 +159,24 @@ def codes(octets):
     yield "BCCODE suivis d'un reste, edge aux nombreux codes", {
         "climite.cfg": ENTETE + plein(moitie, lambda i: f"{i};1x;f;\n"),
         ".edge": el("Edges", edge(1, plein(moitie, code)))}
+    yield "longue Family, face aux nombreux codes", {
+        "climite.cfg": ENTETE + f"1;1;{mot(moitie)};\n", ".blck": el("Blocks", bloc(1, SIX)),
+        ".face": el("Faces", face(1, codes=plein(moitie, lambda i: code(1))))}
+    yield "longues Family, face aux codes tous autres", {
+        "climite.cfg": ENTETE + f"0;1;{mot(500)};\n" + plein(moitie, lambda i: f"{i};\n"),
+        ".blck": el("Blocks", bloc(1, SIX)), ".face": el("Faces", face(1, codes=plein(moitie, code)))}
+    yield "BCCODE aux nombreux chiffres, face aux nombreux codes", {
+        "climite.cfg": ENTETE + f"1;{mot(moitie, '0')}1;f;\n", ".blck": el("Blocks", bloc(1, SIX)),
+        ".face": el("Faces", face(1, codes=plein(moitie, lambda i: code(1))))}
+    yield "familles toutes autres, face aux codes tous autres", {
+        "climite.cfg": ENTETE + plein(moitie, lambda i: f"{i};1;f{i};\n"),
+        ".blck": el("Blocks", bloc(1, SIX)), ".face": el("Faces", face(1, codes=plein(moitie, code)))}
+    yield "face et edge aux codes tous autres", {
+        ".face": el("Faces", face(1, codes=plein(moitie, lambda i: code(i + 100000)))),
+        ".edge": el("Edges", edge(1, plein(moitie, code)))}
+    yield "edge aux nombreux codes, nombreuses faces", {
+        ".face": el("Faces", plein(moitie, lambda i: face(i, codes=code(i)))),
+        ".edge": el("Edges", edge(1, plein(moitie, code)))}
     yield "familles en C, codes", {
         ".def": scene(plein(tiers, lambda i: piece("p", f"f{i:05}"))),
         "climite.cfg": ENTETE + plein(tiers, lambda i: f"{i};;g{i:05};\n"),
@@ -185,6 +203,14 @@ def liens(octets):
                     plein(moitie, lambda i: face(i + 1, [(1, 7)])))}
     yield "faces absentes", {
         ".blck": el("Blocks", plein(fort, lambda i: bloc(i, [(s, 6 * i + s) for s in range(1, 7)])))}
+    yield "blocs aux faces des quatre memes edges", {
+        ".blck": el("Blocks", plein(fort // 2, lambda i: bloc(i, [(s, 6 * i + s) for s in range(1, 7)]))),
+        ".face": el("Faces", plein(fort // 2, lambda i: face(i, [(s, s) for s in range(1, 5)]))),
+        ".edge": el("Edges", *(edge(i, "", (i, i % 4 + 1)) for i in range(1, 5))),
+        ".vrtx": el("Vertices", *map(vertex, range(1, 5)))}
+    yield "faces de faces voisines, en chaine", {
+        ".blck": el("Blocks", plein(fort // 2, lambda i: bloc(i, [(1, i), (4, i + 1)]))),
+        ".face": el("Faces", plein(fort // 2, lambda i: face(i, [(1, i), (3, i + 1)])))}
     yield "edges absentes", {".face": el("Faces", face(1, [(LOIN, i) for i in range(2, fort // 64)]))}
     yield "vertices absents", {".edge": el("Edges", plein(fort, lambda i: edge(i, "", (2 * i, 2 * i + 1))))}
     yield "Ident en double", {".blck": el("Blocks", plein(moitie, lambda i: bloc(1))),
@@ -347,7 +373,10 @@ def main():
                         ("topomine", [args.build / "topomine", d, "nrm", "out"]),
                         ("table", [topodata, "table", d, "nrm"]),
                         ("verifie", [topodata, "verifie", d, "nrm"]),
-                        ("voir", [topodata, "voir", d, "nrm", BASES[0], "--coins", "1", "--voisins", "1"])):
+                        ("voir", [topodata, "voir", d, "nrm", BASES[0], "--coins", "1", "--voisins", "1"]),
+                        ("cherche", [topodata, "voir", d, "nrm", BASES[0], "--cherche", "BCCODE!=7"]),
+                        ("exporte", [topodata, "exporte", d, "nrm", BASES[0], "--faces", "--aretes",
+                                     "-o", dossier / "e.vtu"])):
                     statut, secondes, mio = mesurer([str(x) for x in commande])
                     fini = statut >= 0 or (programme == "topomine" and statut == -signal.SIGABRT)
                     depasse = secondes > BAR_S or mio > BAR_MIO or not fini

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <map>
 #include <new>
-#include <set>
 #include <span>
+#include <string_view>
 #include <unordered_map>
 
 #include "base/limites.h"
@@ -131,15 +131,14 @@ class Bords {
 
  private:
   void ecrire_familles(Construction& c) const {
-    std::set<std::string> noms;
+    std::map<std::string_view, int> noms;  // and their ranks from 1
     for (const auto& [code, limite] : limites_)
-      if (!limite.famille.empty()) noms.insert(limite.famille);
-    const auto rang = [&](int code) {
-      const auto place = noms.find(limites_.at(code).famille);
-      return place == noms.end() ? 0 : 1 + static_cast<int>(std::distance(noms.begin(), place));
-    };
-    std::map<int, int> rangs;
-    for (const auto& [code, limite] : limites_) rangs[code] = rang(code);
+      if (!limite.famille.empty()) noms.emplace(limite.famille, 0);
+    int rang = 0;
+    for (auto& [nom, place] : noms) place = ++rang;
+    std::unordered_map<int, int> rangs;
+    for (const auto& [code, limite] : limites_)
+      rangs[code] = limite.famille.empty() ? 0 : noms.at(limite.famille);
     auto& famille = c.colonne<int>("famille");
     for (const auto& codes : codes_) famille.push_back(codes.empty() ? 0 : rangs.at(codes[0]));
     if (noms.size() > familles_max) {
@@ -147,12 +146,11 @@ class Bords {
                                  " familles : pas de colonne pour chacune");
       return;
     }
-    int n = 0;
-    for (const std::string& nom : noms) {
-      ++n;
-      auto& est = c.colonne<int>("famille_" + nom);
+    for (const auto& [nom, n] : noms) {
+      auto& est = c.colonne<int>("famille_" + std::string(nom));
       for (const auto& codes : codes_)
-        est.push_back(std::ranges::any_of(codes, [&](int code) { return rangs.at(code) == n; }));
+        est.push_back(
+            std::ranges::any_of(codes, [&, n = n](int code) { return rangs.at(code) == n; }));
     }
   }
 

@@ -15,6 +15,7 @@
 #include "base/base.h"
 #include "base/limites.h"
 #include "mesh/numbering.h"
+#include "verifie/constat.h"
 
 namespace topomine {
 
@@ -83,19 +84,22 @@ void exiger_bloc(const Base& base, int b) {
 }
 
 /// ", code 103, famille paroi_aile, BCCODE 1" for each code of a face.
-void voir_limites(const Base& base, const Face& face) {
-  for (const Limite& l : limites(base, face)) {
+void voir_limites(TableLimites& limites, const Face& face) {
+  for (int i = 0; i < face.nb_BC(); ++i) {
+    const Limite& l = limites[face._BC(i)];
     std::cout << ", code " << l.code;
     if (!l.connue)
       std::cout << " inconnu de climite.cfg";
     else
-      std::cout << ", famille " << (l.famille.empty() ? "-" : l.famille) << ", BCCODE " << l.bccode;
+      std::cout << ", famille " << (l.famille.empty() ? "-" : citer(l.famille)) << ", BCCODE "
+                << l.bccode;
   }
 }
 
 void voir_voisins(const Base& base, int b) {
   exiger_bloc(base, b);
   const std::vector<int> voisins = base.vois_bloc(b);
+  TableLimites limites(base);
   std::cout << "Bloc " << b << " : " << voisins.size() << " voisin(s)\n";
   for (int i = 0; i < nb_faces_bloc; ++i) {
     const int f = base.blk_face(b, i);
@@ -113,7 +117,7 @@ void voir_voisins(const Base& base, int b) {
       seul = false;
     }
     if (seul) std::cout << " bord";
-    if (face != base.faces.end()) voir_limites(base, face->second);
+    if (face != base.faces.end()) voir_limites(limites, face->second);
     std::cout << '\n';
   }
 }

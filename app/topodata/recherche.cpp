@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -83,14 +84,20 @@ Condition condition_de_bord(const Base& base, const Parts& p, const std::string&
     if (p.nom == "famille") return meme_nom(l.famille, p.valeur);
     return (p.nom == "code" ? l.code : l.bccode) == *numero;
   };
-  return [&base, p, voulue](const Block& bloc, const Ligne&) -> std::optional<std::string> {
-    std::string ou;
-    for (int i = 0; i < nb_faces_bloc; ++i) {
-      const auto face = base.faces.find(bloc._face(i));
-      if (face == base.faces.end() || !std::ranges::any_of(limites(base, face->second), voulue))
-        continue;
-      ou += (ou.empty() ? "" : ", ") + std::to_string(face->first);
+  // Blocks share faces and faces share codes: each is looked at once.
+  std::map<int, bool> codes;
+  std::set<int> faces;
+  for (const auto& [f, face] : base.faces)
+    for (int i = 0; i < face.nb_BC() && !faces.contains(f); ++i) {
+      const auto [code, nouveau] = codes.try_emplace(face._BC(i));
+      if (nouveau) code->second = voulue(limite_de(base, code->first));
+      if (code->second) faces.insert(f);
     }
+  return [p, faces](const Block& bloc, const Ligne&) -> std::optional<std::string> {
+    std::string ou;
+    for (int i = 0; i < nb_faces_bloc; ++i)
+      if (faces.contains(bloc._face(i)))
+        ou += (ou.empty() ? "" : ", ") + std::to_string(bloc._face(i));
     if (ou.empty() != (p.op == "!=")) return {};
     return p.nom + p.op + p.valeur + (ou.empty() ? "" : " (face " + ou + ")");
   };

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <map>
 #include <set>
+#include <string_view>
+#include <unordered_map>
 
 #include "app/topodata/une_base.h"
 #include "base/limites.h"
@@ -87,15 +89,23 @@ class EchelleBlocs {
 /// The families of the faces, each with its colour: walls first.
 class Familles {
  public:
-  explicit Familles(const Base& base) : base_(base) {
-    std::set<std::pair<bool, std::string>> noms;
+  explicit Familles(const Base& base) {
+    // A name, one that is a wall's first, and the codes that stand for it.
+    std::map<std::pair<bool, std::string>, std::vector<int>> noms;
     for (const auto& [numero, face] : base.faces)
-      for (const Limite& l : limites(base, face)) noms.emplace(!est_paroi(base, l), nom_de(l));
-    for (const auto& [ouverte, nom] : noms) {
-      if (couleurs_.contains(nom)) continue;
-      const Couleur c = couleurs_familles[couleurs_.size() % couleurs_familles.size()];
-      couleurs_.emplace(nom, c);
-      legende_.push_back({nom, c});
+      for (int i = 0; i < face.nb_BC(); ++i) {
+        const auto [code, nouveau] = codes_.try_emplace(face._BC(i));
+        if (!nouveau) continue;
+        const Limite l = limite_de(base, code->first);
+        code->second.paroi = l.paroi;
+        noms[{!l.paroi, nom_de(l)}].push_back(l.code);
+      }
+    std::map<std::string_view, Couleur> couleurs;
+    for (const auto& [nom, codes] : noms) {
+      const auto [place, nouveau] = couleurs.try_emplace(
+          nom.second, couleurs_familles[couleurs.size() % couleurs_familles.size()]);
+      if (nouveau) legende_.push_back({nom.second, place->second});
+      for (const int code : codes) codes_.at(code).couleur = place->second;
     }
   }
 
@@ -105,10 +115,10 @@ class Familles {
   std::optional<Couleur> couleur(const Face& face, bool& paroi) const {
     std::optional<Couleur> c;
     paroi = false;
-    for (const Limite& l : limites(base_, face)) {
-      const bool mur = est_paroi(base_, l);
-      if (!c || (mur && !paroi)) c = couleurs_.at(nom_de(l));
-      paroi = paroi || mur;
+    for (int i = 0; i < face.nb_BC(); ++i) {
+      const Code& code = codes_.at(face._BC(i));
+      if (!c || (code.paroi && !paroi)) c = code.couleur;
+      paroi = paroi || code.paroi;
     }
     return c;
   }
@@ -118,8 +128,11 @@ class Familles {
     return l.famille.empty() ? "code " + std::to_string(l.code) : l.famille;
   }
 
-  const Base& base_;
-  std::map<std::string, Couleur> couleurs_;
+  struct Code {
+    Couleur couleur{};
+    bool paroi = false;
+  };
+  std::unordered_map<int, Code> codes_;
   std::vector<LegendeCas::Nom> legende_;
 };
 
