@@ -55,6 +55,7 @@ void controler_bases(const Cible& cible, const std::string& dossier, bool bases_
   if (const auto repetee = std::ranges::adjacent_find(noms); repetee != noms.end())
     throw Erreur("base donnee deux fois : '" + *repetee + "'");
   inscrire_entrees(dossier, noms);
+  inscrire_entrees(dossier, bases_presentes(dossier));  // nor those of bases that are not asked for
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ int Sortie::ouvrir() {
   if (const auto fichier = endroit_.identite()) {
     const std::string qui = nom_.empty() ? "sortie standard" : "'" + nom_ + "'";
     if (est_une_entree(*fichier))
-      throw Erreur(qui + " : la commande lit ce fichier, elle ne peut pas l'ecrire");
+      throw Erreur(qui + " : fichier des cas, ou que la commande lit ; elle ne peut pas l'ecrire");
     if (!inscription_.inscrire(*fichier))
       throw Erreur(qui + " : une autre sortie de la commande est ce meme fichier");
   }

@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "app/topodata/depot.h"
 #include "app/topodata/sortie.h"
 #include "tests/topodata/programme.h"
 
@@ -94,7 +95,7 @@ TEST(Fichiers, AreWrittenWhateverTheirNameAndTheUsersSettings) {
 TEST(Fichiers, ThatCannotBeWrittenAreSaidAndNothingChanges) {
   const Collection c;
   const std::string sans_flux = " : ecriture impossible (Bad file descriptor)";
-  const std::string lu = " : la commande lit ce fichier, elle ne peut pas l'ecrire";
+  const std::string lu = " : fichier des cas, ou que la commande lit ; elle ne peut pas l'ecrire";
   const std::string double_ = " : une autre sortie de la commande est ce meme fichier";
   const struct {
     std::string script, dit;
@@ -112,6 +113,7 @@ TEST(Fichiers, ThatCannotBeWrittenAreSaidAndNothingChanges) {
       {"u -o cas/climite.cfg", "'cas/climite.cfg'" + lu},
       {"u -o cas/mesh_case_2/../mesh_case_1/mesh_case_1_ext.face",
        "'cas/mesh_case_2/../mesh_case_1/mesh_case_1_ext.face'" + lu},
+      {"u -o cas/mesh_case_8/mesh_case_8_nrm.blck", "'cas/mesh_case_8/mesh_case_8_nrm.blck'" + lu},
       {"ln -s cas/climite.cfg l; u -o l", "'l'" + lu},
       {"ln cas/mesh_case_1/mesh_case_1.def l; u -o l", "'l'" + lu},
       {"u >> cas/climite.cfg", "sortie standard" + lu},
