@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,11 +46,12 @@ struct Arguments {
   bool force = false;
 };
 
-/// A folder that is not there yet, too.
+/// A folder that is not there yet, too. What cannot be looked into may hold anything.
 bool est_vide(const std::string& dossier) {
   std::error_code erreur;
-  return std::filesystem::directory_iterator(dossier, erreur) ==
-         std::filesystem::directory_iterator();
+  const bool rien =
+      std::filesystem::directory_iterator(dossier, erreur) == std::filesystem::directory_iterator();
+  return erreur ? erreur != std::errc::permission_denied : rien;
 }
 
 /// The whole text as a number, or nothing.
@@ -68,14 +70,16 @@ std::string lire_arguments(int argc, char** argv, Arguments& a) {
       if (++i == argc) return "il manque la valeur de " + mot;
       const std::string_view valeur = argv[i];
       const auto n = entier(valeur);
-      if (!n) return mot + " attend un entier, pas '" + std::string(valeur) + "'";
-      if (mot == "--graine") {
-        a.graine = *n;
-      } else if (*n < blocs_min || *n > blocs_max) {
-        return "--blocs va de " + std::to_string(blocs_min) + " a " + std::to_string(blocs_max);
-      } else {
+      const bool des_blocs = mot == "--blocs";
+      const std::uint64_t min = des_blocs ? blocs_min : 0,
+                          max = des_blocs ? blocs_max : std::numeric_limits<std::uint64_t>::max();
+      if (!n || *n < min || *n > max)
+        return mot + " attend un entier de " + std::to_string(min) + " a " + std::to_string(max) +
+               ", pas '" + std::string(valeur) + "'";
+      if (des_blocs)
         a.blocs = static_cast<gen::Num>(*n);
-      }
+      else
+        a.graine = *n;
     } else if (mot == "--force") {
       a.force = true;
     } else if (mot.starts_with('-')) {

@@ -22,13 +22,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::array fins{SIGINT, SIGTERM, SIGHUP};
-
-/// Those signals now wait; what waited before is left as it was.
+/// Signals now wait, all but those that stop the program or pass by themselves; what waited before
+/// is left as it was.
 void retenir_signaux(sigset_t& avant) {
   sigset_t ensemble;
-  sigemptyset(&ensemble);
-  for (const int s : fins) sigaddset(&ensemble, s);
+  sigfillset(&ensemble);
+  for (const int s : {SIGTSTP, SIGTTIN, SIGTTOU, SIGCONT, SIGCHLD, SIGWINCH, SIGURG})
+    sigdelset(&ensemble, s);
   sigprocmask(SIG_BLOCK, &ensemble, &avant);
 }
 
@@ -50,14 +50,15 @@ Depot::Depot(const std::string& dossier, bool force) : dossier_(dossier) {
     echouer(dossier_, erreur);
   }
   provisoire_ = modele;
-  const mode_t masque = umask(0);
-  umask(masque);
-  static_cast<void>(chmod(provisoire_.c_str(), remplace_ ? etat.st_mode & 07777 : 0777 & ~masque));
+  static_cast<void>(chmod(provisoire_.c_str(), remplace_ ? etat.st_mode & 07777 : 0700));
 }
 
 Depot::~Depot() {
-  std::error_code erreur;
-  if (!provisoire_.empty()) fs::remove_all(provisoire_, erreur);
+  if (!provisoire_.empty()) {
+    std::error_code erreur;
+    static_cast<void>(chmod(provisoire_.c_str(), 0700));  // it may be one that only allows reading
+    fs::remove_all(provisoire_, erreur);
+  }
   sigprocmask(SIG_SETMASK, &signaux_, nullptr);
 }
 
@@ -75,7 +76,13 @@ void Depot::ecrire(const std::string& nom, const std::function<void(std::ostream
 }
 
 void Depot::preparer() {
-  if (!remplace_) return;
+  if (!remplace_) {
+    // Not before all is in it: the user's mask may allow no more than reading.
+    const mode_t masque = umask(0);
+    umask(masque);
+    static_cast<void>(chmod(provisoire_.c_str(), 0777 & ~masque));
+    return;
+  }
   std::error_code erreur;
   for (const fs::directory_entry& entree : fs::directory_iterator(dossier_, erreur)) {
     const std::string nom = entree.path().filename().string();

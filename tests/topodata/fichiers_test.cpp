@@ -149,8 +149,34 @@ TEST(Fichiers, OfAFolderAreNotWrittenOverByMakeCases) {
   EXPECT_EQ(faire({}),
             "make_cases : mien n'est pas vide ; --force ecrit par-dessus ce qui s'y trouve\n1");
   EXPECT_EQ(d.lire("mien/climite.cfg"), "mien");
-  EXPECT_EQ(faire({"--force"}), "0");
+  for (const char* refuse : {"0x10", "7", "99999999999999999999"})
+    EXPECT_TRUE(faire({"--force", "--blocs", refuse})
+                    .starts_with("make_cases : --blocs attend un entier de 8 a 1000000, pas '" +
+                                 std::string(refuse) + "'\n"));
+  EXPECT_EQ(faire({"--force", "--blocs", "010"}), "0");
   EXPECT_NE(d.lire("mien/climite.cfg"), "mien");
+}
+
+TEST(Fichiers, OfAFolderComeWhateverTheMask) {
+  const Dossier d;
+  const pid_t fils = fork();
+  if (fils == 0) {
+    constexpr uid_t personne = 65534;
+    if (geteuid() == 0 && (chown(d.chemin().c_str(), personne, personne) != 0 || setuid(personne)))
+      _exit(126);
+    umask(0222);
+    Depot depot(d.chemin() + "n", false);
+    depot.ecrire("x", [](std::ostream& x) { x << "y"; });
+    depot.preparer();
+    depot.publier();
+    _exit(0);
+  }
+  int etat = -1;
+  waitpid(fils, &etat, 0);
+  EXPECT_EQ(etat, 0);
+  EXPECT_EQ(d.lire("n/x"), "y");
+  EXPECT_EQ(fs::status(d.chemin() + "n").permissions(), fs::perms(0555));
+  fs::permissions(d.chemin() + "n", fs::perms(0755));
 }
 
 TEST(Fichiers, KeepTheirOwnerWhereTheyMay) {
@@ -191,6 +217,8 @@ TEST(Fichiers, LeaveNothingBehindWhateverEndsTheProgram) {
           f.flux() << std::string(100000, 'x');
           if (numero == 0) throw 0;
           f.fermer();
+          Depot dossier(d.chemin() + "dossier", false);
+          dossier.ecrire("x", [](std::ostream& x) { x << "y"; });
           raise(numero);
         } catch (int) {
         }
