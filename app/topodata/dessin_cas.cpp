@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "texte/affichable.h"
+
 namespace topomine {
 
 namespace {
@@ -63,11 +65,11 @@ std::string rgb(const Couleur& c) {
 
 /// A text between quotes, on one line, not too long.
 std::string mots(const std::string& texte) {
+  const bool long_ = texte.size() > lettres_max;
   std::string s = "'";
-  for (const char c :
-       texte.size() > lettres_max ? texte.substr(0, lettres_max - 3) + "..." : texte) {
+  for (const char c : affichable(long_ ? texte.substr(0, lettres_max - 3) + "..." : texte)) {
     if (c == '\'') s += c;
-    s += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    s += c;
   }
   return s + "'";
 }

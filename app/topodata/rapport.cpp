@@ -84,11 +84,17 @@ nlohmann::ordered_json en_json(const Constat& c) {
           {"text", en_utf8(c.quoi)},    {"remedy", f.remede}};
 }
 
+/// Nothing in it moves a cursor: its characters are escapes as soon as one of them would.
+std::string en_texte(const nlohmann::ordered_json& objet) {
+  const std::string texte = objet.dump();
+  return affichable(texte) == texte ? texte : objet.dump(-1, ' ', true);
+}
+
 }  // namespace
 
 void RapportJson::ecrire(const std::vector<Constat>& constats) {
   for (const Constat& c : constats) {
-    out_ << (std::exchange(vide_, false) ? "[\n" : ",\n") << en_json(c).dump();
+    out_ << (std::exchange(vide_, false) ? "[\n" : ",\n") << en_texte(en_json(c));
   }
 }
 
