@@ -82,9 +82,10 @@ TEST(FautesDeathTest, EndTheProgramByAbort) {
   for (const char* xml :
        {"<?xml version='1.0'?>", "<!-- vide -->\n", "<!DOCTYPE x>", "<!-- --> texte <Blocks/>"}) {
     const Dossier d;
-    d.ecrire("n/n_nrm.blck", xml);
-    d.ecrire("n/n.def", xml);
-    for (const auto charger : {&Base::load_blocs, &Base::load_plane, &Base::load_scene})
+    for (const char* fin : {".def", "_nrm.blck", "_nrm.face", "_nrm.edge", "_nrm.vrtx"})
+      d.ecrire(std::string("n/n") + fin, xml);
+    for (const auto charger : {&Base::load_plane, &Base::load_scene, &Base::load_blocs,
+                               &Base::load_faces, &Base::load_edges, &Base::load_vrtxs})
       EXPECT_EXIT(
           {
             dup2(STDERR_FILENO, STDOUT_FILENO);

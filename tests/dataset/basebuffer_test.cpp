@@ -87,6 +87,7 @@ TEST(Table, AnswersForItselfAfterAMoveAndToItsOwnTexts) {
 
   for (int i = 0; i < 100; ++i) a.add_attr(a._attr[3].first, a._attr[2].second);
   EXPECT_EQ(a._attr.back(), Attributs::value_type("nb_voisin", a._attr[2].second));
+  EXPECT_EQ(a._aff.size(), 50U) << "a flag of a text that had moved";
   a.change_type(a._attr[3].first, a._attr[0].second);
   EXPECT_EQ(a._attr[3], Attributs::value_type("nb_voisin", "string"));
   EXPECT_EQ(a.del_attr(a._attr[1].first), 1);
