@@ -106,3 +106,50 @@ TEST(Partage, RowsKeepTheSharesOfTheirStrata) {
     EXPECT_NEAR(rares[k], 2.5, 0.5);
   }
 }
+
+// A seed gives the same parts for good: on groups of few strata and of many, and on so many groups
+// that not every pair of them is tried.
+TEST(Partage, FollowsItsSeed) {
+  const auto groupes = [](std::size_t nb, std::size_t strates) {
+    Effectifs e(nb, std::vector<std::size_t>(strates));
+    for (std::size_t g = 0; g < nb; ++g)
+      for (std::size_t s = 0; s < strates; ++s) e[g][s] = (g * g * 7 + s * 5 + g) % 13 + s;
+    return e;
+  };
+  const auto en_texte = [](const auto& parts) {
+    std::string texte;
+    for (const auto part : parts) texte += static_cast<char>('0' + static_cast<int>(part));
+    return texte;
+  };
+  const auto somme = [](const std::string& texte) {
+    unsigned n = 0;
+    for (const char c : texte) n = n * 31 + static_cast<unsigned char>(c);
+    return std::to_string(n);
+  };
+  const struct {
+    std::size_t nb, strates;
+    double ratio;
+    int plis;
+    const char *premiere, *par_pli;
+  } rangees[]{{9, 1, 0.3, 3, "001100011", "001112201"},
+              {9, 3, 0.3, 4, "110001000", "001330122"},
+              {12, 2, 0.55, 5, "101010100110", "442112300433"},
+              {14, 4, 0.8, 2, "11111101101110", "00010110101110"},
+              {200, 3, 0.6, 7, "3562180427", "730449198"},
+              {201, 3, 0.6, 8, "2939914023", "1484386273"},
+              {1000, 1, 0.5, 9, "2035433810", "1857957851"},
+              {1001, 2, 0.5, 9, "3637616828", "1531566480"}};
+  for (const auto& r : rangees) {
+    srand48(3);
+    const Effectifs e = groupes(r.nb, r.strates);
+    const std::string premiere = en_texte(groupes_de_la_premiere(e, r.ratio)),
+                      plis = en_texte(plis_par_groupe(e, r.plis));
+    EXPECT_EQ(r.nb < 20 ? premiere : somme(premiere), r.premiere);
+    EXPECT_EQ(r.nb < 20 ? plis : somme(plis), r.par_pli);
+  }
+  std::vector<int> strates;
+  for (int i = 0; i < 40; ++i) strates.push_back(i * i % 7 % 4);
+  EXPECT_EQ(en_texte(premiers_par_strate(strates, 0.33)),
+            "1111111111110100000000000000000000000000");
+  EXPECT_EQ(en_texte(plis_par_strate(strates, 7)), "0310124354235660045112236043546120516234");
+}
