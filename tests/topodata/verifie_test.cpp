@@ -51,6 +51,19 @@ TEST(Verifie, NeverKeepsSilentOnNothing) {
   EXPECT_NE(
       topodata({"verifie", c.cas(), "nrm"}).sortie.find("mesh_case_8:1: base mesh_case_8: absente"),
       std::string::npos);
+  // A climite.cfg that a run takes for none at all.
+  const std::string config = c.cas() + "climite.cfg";
+  for (const bool lien : {false, true}) {
+    std::filesystem::remove(config);
+    if (lien)
+      std::filesystem::create_symlink("climite.cfg", config);
+    else
+      std::filesystem::create_directory(config);
+    const std::string quoi = lien ? "lien qui tourne en rond" : "dossier au lieu d'un fichier";
+    EXPECT_TRUE(
+        topodata({"verifie", c.cas(), "nrm", "--bases", "mesh_case_1"})
+            .sortie.starts_with(config + ":1: fichier: " + quoi + ", aucun code n'est connu; "));
+  }
 }
 
 TEST(Verifie, GroupsWhatRepeatsAndShowsAllWhenAsked) {
