@@ -10,6 +10,8 @@
 #include <string>
 #include <thread>
 
+#include "tests/topodata/programme.h"
+
 using namespace topomine;
 
 namespace {
@@ -72,4 +74,50 @@ TEST(Progres, SaysOnATerminalWhatLastsAndWipesItAway) {
     EXPECT_EQ(t.lire("suite"), "\r\033[Ksuite");
   }
   EXPECT_EQ(t.lire(), "\r\033[K");
+}
+
+// On a terminal, with a clock that makes everything last.
+TEST(Progres, OfEachCommand) {
+  const Collection c;
+  ecrire(c.dossier / "gnuplot", "#!/bin/sh\necho '<svg>'\ncat\necho '</svg>'\n");
+  std::filesystem::permissions(c.dossier / "gnuplot", std::filesystem::perms::owner_all);
+  const std::string chemin = c.dossier.string() + ":/usr/bin:/bin";
+  const auto dit = [&](std::vector<std::string> mots) {
+    const Terminal t;
+    const int terminal = dup(STDERR_FILENO);
+    lancer(TOPODATA_PROGRAM, c.dossier.string(), mots, [&] {
+      setenv("LD_PRELOAD", TEMPS_LIBRARY, 1);
+      setenv("PATH", chemin.c_str(), 1);
+      dup2(terminal, STDERR_FILENO);
+    });
+    close(terminal);
+    std::string vu = t.lire();
+    for (std::size_t i; (i = vu.find("\r\033[K")) != std::string::npos;) vu.replace(i, 4, "|");
+    return vu;
+  };
+  const std::pair<std::vector<std::string>, const char*> rangees[]{
+      {{"table", "cas", "nrm", "--bases", "mesh_case_1", "-o", "t"},
+       "|lecture de mesh_case_1|ecriture de t|"},
+      {{"table", "cas", "nrm", "--bases", "mesh_case_1", "--normalise", "-o", "t"},
+       "|lecture de mesh_case_1|mise en forme|ecriture de t|"},
+      {{"partage", "cas", "nrm", "--bases", "mesh_case_1", "--plis", "2", "-o", "t"},
+       "|lecture de mesh_case_1|ecriture de t_pli1|ecriture de t_pli2|"},
+      {{"faux", "cas", "nrm", "--bases", "mesh_case_1", "--methode", "tire", "--nombre", "1", "-o",
+        "t"},
+       "|lecture de mesh_case_1|exemples synthetiques||ecriture de t|"},
+      {{"resume", "cas", "nrm", "--bases", "mesh_case_1", "-o", "t"},
+       "|lecture de mesh_case_1|statistiques|ecriture de t|"},
+      {{"covariance", "cas", "nrm", "--bases", "mesh_case_1", "--garde", "e*,vol_exa", "--brut",
+        "--sommes", "s", "--image", "t.svg", "-o", "t"},
+       "|lecture de mesh_case_1|sommes : attribut 1 sur 2|sommes : attribut 2 sur "
+       "2|dessin|ecriture de t|"},
+      {{"covariance", "--depuis-sommes", "s", "-o", "t"}, "|lecture de s|ecriture de t|"},
+      {{"exporte", "cas", "nrm", "mesh_case_1", "-o", "t.vtk"},
+       "|lecture de mesh_case_1|export||ecriture de t.vtk|"},
+      {{"dessine", "cas", "nrm", "mesh_case_1", "-o", "t.svg"}, "|lecture de mesh_case_1|dessin|"},
+      {{"verifie", "cas", "nrm", "--bases", "mesh_case_1,mesh_case_2"},
+       "|verification de mesh_case_1||verification de mesh_case_2|topodata : 0 erreur(s), 0 "
+       "avertissement(s), 0 avis ; 2 base(s), 11 fichier(s), 258 entite(s) lus\r\n"},
+  };
+  for (const auto& [mots, attendu] : rangees) EXPECT_EQ(dit(mots), attendu);
 }
