@@ -52,6 +52,15 @@ class MiseEnPage : public CLI::Formatter {
     return replier(Formatter::make_help(app, std::move(nom), mode), largeur_aide());
   }
 
+  // The parser leaves one blank when a name just fits before its column: it would look like one
+  // text.
+  std::string make_option_opts(const CLI::Option* option) const override {
+    std::string suite = Formatter::make_option_opts(option);
+    const std::size_t nom = make_option_name(option, option->get_positional()).size();
+    if (nom + suite.size() + 3 == get_column_width()) suite += ' ';
+    return suite;
+  }
+
   // Lines of a paragraph are joined; an indented one is an example, to be copied as it stands.
   std::string make_footer(const CLI::App* app) const override {
     std::istringstream lignes(app->get_footer());
@@ -72,18 +81,35 @@ struct TypeOption {
 };
 
 /// What the values of options are called, for those whose type alone says nothing.
-constexpr std::array<TypeOption, 12> types{{{"garde", "ATTRIBUTS"},
-                                            {"cache", "ATTRIBUTS"},
-                                            {"classe", "ATTRIBUT"},
-                                            {"bases", "BASES"},
-                                            {"avec", "DOSSIER"},
-                                            {"CHEMIN", "DOSSIER"},
-                                            {"MODE", "MODE"},
-                                            {"BASE", "BASE"},
-                                            {"sortie", "FICHIER"},
-                                            {"image", "FICHIER"},
-                                            {"echelle", "FICHIER"},
-                                            {"applique-echelle", "FICHIER"}}};
+constexpr auto types = std::to_array<TypeOption>({
+    {"garde", "ATTRIBUTS"},
+    {"cache", "ATTRIBUTS"},
+    {"classe", "ATTRIBUT"},
+    {"stratifie", "ATTRIBUT"},
+    {"par", "COULEUR"},
+    {"bases", "BASES"},
+    {"avec", "DOSSIER"},
+    {"CHEMIN", "DOSSIER"},
+    {"MODE", "MODE"},
+    {"modes", "MODES"},
+    {"BASE", "BASE"},
+    {"base-cgns", "NOM"},
+    {"nom", "NOM"},
+    {"sortie", "FICHIER"},
+    {"image", "FICHIER"},
+    {"sommes", "FICHIER"},
+    {"depuis-sommes", "FICHIER"},
+    {"codes", "FICHIER"},
+    {"pieces", "FICHIER"},
+    {"MAILLAGE", "FICHIER"},
+    {"echelle", "FICHIER"},
+    {"applique-echelle", "FICHIER"},
+    {"epsilon", "NOMBRE"},
+    {"plis", "K|bases"},
+    {"explique", "CODE"},
+    {"ignore", "CODES"},
+    {"seulement", "GRAVITES"},
+});
 
 void nommer_type(CLI::Option& option) {
   if (option.get_type_size() == 0) return;  // a flag

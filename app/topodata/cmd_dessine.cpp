@@ -57,8 +57,7 @@ void ajouter_dessine(CLI::App& app, int&) {
   option_fichier(*c, "-o,--sortie", "Image .png ou .svg a dessiner", o->image)->required();
   c->add_option("--par", o->par,
                 "Ce que disent les couleurs : famille, TypeC ou un attribut numerique de la table "
-                "(erikson par defaut)")
-      ->type_name("MOT");
+                "(erikson par defaut)");
   c->add_option("--vue", o->vue,
                 "Place de l'oeil en degres, azimut,elevation (sinon selon la forme du cas)")
       ->type_name("A,E");

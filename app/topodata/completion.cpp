@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "dataset/schema.h"
+#include "verifie/catalogue.h"
 
 namespace fs = std::filesystem;
 
@@ -67,6 +68,23 @@ Textes bases_du_dossier(const std::string& chemin) {
   return noms;
 }
 
+Textes attributs() {
+  Textes noms;
+  for (const Attribut& a : schema) noms.emplace_back(a.nom);
+  return noms;
+}
+
+Textes codes() {
+  Textes noms;
+  for (const Fiche& f : catalogue()) noms.push_back(nom(f.code));
+  return noms;
+}
+
+Textes plus(Textes mots, const char* un_autre) {
+  mots.emplace_back(un_autre);
+  return mots;
+}
+
 /// The words in a type like "MOT:{weka,torch}".
 Textes mots_du_type(const std::string& type) {
   const std::size_t debut = type.find('{'), fin = type.rfind('}');
@@ -77,18 +95,22 @@ Textes mots_du_type(const std::string& type) {
 Textes valeurs(const CLI::Option& option, const Ligne& ligne) {
   const std::string type = option.get_type_name();
   if (type == "MODE") return modes;
-  if (type.starts_with("BASE"))
-    return ligne.arguments.empty() ? Textes() : bases_du_dossier(ligne.arguments[0]);
-  if (type.starts_with("ATTRIBUT")) {
-    Textes noms;
-    for (const Attribut& a : schema) noms.emplace_back(a.nom);
-    return noms;
+  if (type == "MODES") return plus(modes, "toutes");
+  if (type == "BASE" || type == "BASES") {
+    const Textes noms = ligne.arguments.empty() ? Textes() : bases_du_dossier(ligne.arguments[0]);
+    return type == "BASE" ? noms : plus(noms, "toutes");
   }
+  if (type.starts_with("ATTRIBUT")) return attributs();
+  if (type == "COULEUR") return plus(attributs(), "famille");
+  if (type == "CODE") return plus(codes(), "tout");
+  if (type == "CODES") return codes();
+  if (type == "GRAVITES")
+    return {std::string(nom(Gravite::erreur)), std::string(nom(Gravite::avertissement)),
+            std::string(nom(Gravite::avis))};
+  if (type == "K|bases") return {"bases"};
   if (type == "DOSSIER") return {":dossiers"};
-  if (type == "ENTIER" || type == "REEL" || type == "INT" || type == "UINT" || type == "FLOAT")
-    return {};
-  const Textes mots = mots_du_type(type);
-  return mots.empty() ? Textes{":fichiers"} : mots;
+  if (type == "FICHIER") return {":fichiers"};
+  return mots_du_type(type);
 }
 
 Textes options(const CLI::App& commande) {

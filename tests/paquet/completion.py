@@ -17,7 +17,8 @@ import time
 
 RACINE = pathlib.Path(__file__).resolve().parents[2]
 
-# What is typed before TAB, and what the line must be after it. Two TABs list what is possible.
+# What is typed before TAB, and what the line must be after it; where shells protect names each in its
+# way, for bash and for zsh. Two TABs list what is possible.
 LIGNES = [
     ("topodata parta", "topodata partage "),
     ("topodata help cov", "topodata help covariance "),
@@ -31,6 +32,13 @@ LIGNES = [
     ("topodata table cas/ nrm --bases une,d", "topodata table cas/ nrm --bases une,deux "),
     ("topodata voir cas/ nrm u", "topodata voir cas/ nrm une "),
     ("topodata table cas/ nrm -o cas/cl", "topodata table cas/ nrm -o cas/climite.cfg "),
+    ("topodata table cas/ nrm > cas/cl", "topodata table cas/ nrm > cas/climite.cfg "),
+    ("topodata verifie cas/ nrm --seulement erreur,avi", "topodata verifie cas/ nrm --seulement erreur,avis "),
+    ("topodata table mon", ("topodata table mon\\ é\\:cas/", "topodata table mon\\ é:cas/")),
+    ("topodata table mon\\ é:c", "topodata table mon\\ é:cas/"),
+    ("topodata table 'mon é:cas/' n", "topodata table 'mon é:cas/' nrm "),
+    ("topodata voir mon\\ é:cas/ nrm d", "topodata voir mon\\ é:cas/ nrm d\\'une\\ =\\$x "),
+    ("topodata table ~/mon\\ é:cas/ nrm --bases=u", "topodata table ~/mon\\ é:cas/ nrm --bases=une "),
     ("topomine ca", "topomine cas/"),
     ("topomine cas/ m", "topomine cas/ min "),
     ("make_cases --bl", "make_cases --blocs "),
@@ -38,6 +46,7 @@ LIGNES = [
 LISTES = [
     ("topodata ", {"table", "partage", "verifie", "help"}),
     ("topodata voir cas/ nrm ", {"une", "deux"}),
+    ("topodata verifie --explique V00", {"V001", "V009"}),
     ("topodata table cas/ nrm --garde vol_", {"vol_exa", "vol_moy", "vol_mor", "vol_nsm"}),
 ]
 
@@ -53,7 +62,7 @@ class Coquille:
             os.chdir(dossier)
             os.execvpe(commande[0], commande,
                        {"PATH": chemin, "HOME": str(dossier), "TERM": "dumb", "PS1": self.INVITE,
-                        "COLUMNS": "500", "LC_ALL": "C"})
+                        "COLUMNS": "500", "LC_ALL": "C.UTF-8"})
         self.executer("stty cols 500")
 
     def lire(self, assez, limite=5):
@@ -90,6 +99,8 @@ def derniere_ligne(texte):
 def essayer(nom, coquille):
     fautes = []
     for debut, attendu in LIGNES:
+        if isinstance(attendu, tuple):
+            attendu = attendu[nom == "zsh"]
         vu = coquille.completer(debut, lambda t, a=attendu: derniere_ligne(t) == a.rstrip())
         if derniere_ligne(vu) != attendu.rstrip():
             fautes.append(f"{nom}: {debut!r} became {derniere_ligne(vu)!r}, not {attendu!r}")
@@ -116,6 +127,10 @@ def main():
                 fichier.rename(fichier.with_name(fichier.name.replace(ancien, nouveau)))
         for n in range(3, 9):
             shutil.rmtree(cas / f"mesh_case_{n}")
+        autre = shutil.copytree(cas, dossier / "mon é:cas") / "deux"
+        for fichier in autre.iterdir():
+            fichier.rename(fichier.with_name(fichier.name.replace("deux", "d'une =$x")))
+        autre.rename(autre.with_name("d'une =$x"))
 
         bash = Coquille(["bash", "--norc", "--noprofile", "-i"], dossier, chemin)
         bash.executer("bind 'set enable-bracketed-paste off'; bind 'set bell-style none'")

@@ -58,6 +58,9 @@ TEST(Help, EveryCommandHasItInAnyWidthAndItsVersion) {
     EXPECT_EQ(v.statut, 0) << commande;
     EXPECT_EQ(v.sortie, std::string(version) + '\n') << commande;
   }
+  // A name that just fits before its column.
+  EXPECT_NE(dans("60", {"help", "partage"}).sortie.find("  --stratifie ATTRIBUT\n           "),
+            std::string::npos);
   EXPECT_EQ(topodata({"help"}).sortie, topodata({"--help"}).sortie);
   EXPECT_NE(topodata({"help", "inconnue"}).statut, 0);
   EXPECT_NE(topodata({"help", "table", "voir"}).statut, 0);
@@ -82,6 +85,10 @@ TEST(Completion, FollowsTheCommandLine) {
       {{"table", "--format", ""}, {"csv", "torch", "weka"}},
       {{"table", "--garde", "a,Class"}, {"a,Classe"}},
       {{"table", "--sortie", ""}, {":fichiers"}},
+      {{"table", "--nom", ""}, {}},
+      {{"verifie", "--explique", "t"}, {"tout"}},
+      {{"verifie", "--seulement", "erreur,a"}, {"erreur,avertissement", "erreur,avis"}},
+      {{"dessine", c.cas(), "nrm", "mesh_case_1", "--par", "f"}, {"famille"}},
       {{"table", "--norm"}, {"--normalise"}},
       {{"table", c.cas(), "nrm", ""}, {}},
   };
