@@ -83,7 +83,8 @@ def fautes(ligne, avant):
             yield remplacer(debut, fin, f"!({ligne[debut:fin]})")
     for m in re.finditer(r" \? ([^?:]+) : ([^?:;,)]+)", code):
         yield remplacer(*m.span(), f" ? {ligne[m.start(2):m.end(2)]} : {ligne[m.start(1):m.end(1)]}")
-    if "reserve(" not in code and (APPEL.match(code) or AFFECTATION.match(code)) \
+    # Without room reserved, or a function of its own that the compiler makes, nothing changes.
+    if "reserve(" not in code and "= default;" not in code and (APPEL.match(code) or AFFECTATION.match(code)) \
             and (not avant or avant[-1] in ";{}):"):
         yield re.match(r"\s*", ligne)[0] + ";"
     if m := re.match(r"(\s*return) [^;{]+;$", code):

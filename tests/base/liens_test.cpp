@@ -253,4 +253,51 @@ TEST(Base, TypeAndPrefix) {
   EXPECT_TRUE(b.test_files() && !b._disp(false));
 }
 
+// Every answer about a block of real cases, collapsed ones among them, by slots and by numbers.
+TEST(Requetes, OfRealCases) {
+  const auto nombres = [](const std::vector<int>& v) {
+    std::string texte;
+    for (const int n : v) texte += ' ' + std::to_string(n);
+    return texte;
+  };
+  const auto bloc = [&](const Base& b, int n) {
+    std::vector<int> edges, sommets, de_faces;
+    for (int s = 0; s < 6; ++s)
+      for (int t = 0; t < s; ++t) edges.push_back(b.blk_edge(n, s, b.blk_face(n, t)));
+    for (int c = 0; c < 8; ++c) sommets.push_back(b.blk_vrtx_ijk(n, c & 1, c >> 1 & 1, c >> 2));
+    for (int s = 0; s < 6; ++s)
+      for (int c = 0; c < 4; ++c)
+        de_faces.push_back(b.fac_vrtx_lm(b.blk_face(n, s), c & 1, c >> 1));
+    return nombres(b.vois_bloc(n)) + " |" + nombres(edges) + " |" + nombres(sommets) + " |" +
+           nombres(de_faces) + " |" + nombres(b.DAM2BCCODE(b.BC_blk_face(n))) + " |" +
+           nombres(b.BC_blk_edge(n));
+  };
+  std::string premiers;
+  unsigned somme = 0;
+  for (int k = 1; k <= 8; ++k) {
+    Base::init_cl_cfg = false;
+    Base b("mesh_case_" + std::to_string(k), TOPOMINE_CASES, "nrm");
+    b._disp(false);
+    const Capture muet;
+    ASSERT_TRUE(b.load_all());
+    for (const auto& [n, entite] : b.blocs) {
+      const std::string dit = bloc(b, n);
+      if (k == 1 && n < 4) premiers += dit + '\n';
+      for (const char c : dit) somme = somme * 31 + static_cast<unsigned char>(c);
+    }
+  }
+  EXPECT_EQ(
+      premiers,
+      " 3 | -2 -2 1 -2 0 5 -2 2 6 7 -2 3 4 8 9 | -2 -2 5 6 -2 -2 13 14 | -2 5 -2 13 -1 -1 -1 -1 1 "
+      "2 5 6 -2 6 -2 14 5 6 13 14 1 2 13 14 | 13 7 1 7 | 1301 701 1301 702 1301 701 701 702 112 "
+      "701 112 701 112 702 1301 702 701 702 112 702\n"
+      " 5 | -2 10 10 0 0 14 11 11 15 16 12 12 13 17 18 | -2 -2 7 8 -2 -2 15 16 | -2 7 -2 15 -1 -1 "
+      "-1 -1 3 4 7 8 -2 8 -2 16 7 8 15 16 3 4 15 16 | 1 7 1 7 | 112 701 112 702 112 701 701 702 "
+      "111 701 111 701 111 702 112 702 701 702 111 702\n"
+      " 1 4 | 2 19 23 0 24 22 20 20 23 24 21 26 0 25 26 | 5 6 9 10 13 14 17 18 | 5 9 13 17 5 6 13 "
+      "14 5 6 9 10 6 10 14 18 9 10 17 18 13 14 17 18 | 13 7 4 7 | 1301 701 1301 401 1301 702 1301 "
+      "701 401 701 402 401 1301 401 401 701 402 401 401 702 1301 702 401 702\n");
+  EXPECT_EQ(somme, 2453308481U);
+}
+
 }  // namespace

@@ -101,3 +101,34 @@ TEST(Tranches, ALargeBaseIsReadAsAWhole) {
     EXPECT_NE(c.dit.find(dit), std::string::npos) << c.dit;
   }
 }
+
+// What a base holds before it is loaded stays when the loading fails.
+TEST(Tranches, ABaseThatHoldsSomethingIsNotReplaced) {
+  for (const int sorte : {0, 1, 2, 3, 4, 5}) {
+    Base b("absente", "/nulle/part/", "nrm");
+    switch (sorte) {
+      case 0:
+        b.blocs[7] = {};
+        break;
+      case 1:
+        b.faces[7] = {};
+        break;
+      case 2:
+        b.edges[7] = {};
+        break;
+      case 3:
+        b.vrtxs[7] = {};
+        break;
+      case 4:
+        b.pieces["f"] = {};
+        break;
+      default:
+        b.raccords.emplace_back();
+    }
+    EXPECT_FALSE(charger(b).fait);
+    EXPECT_EQ(b.blocs.size() + b.faces.size() + b.edges.size() + b.vrtxs.size() + b.pieces.size() +
+                  b.raccords.size(),
+              1U)
+        << sorte;
+  }
+}
