@@ -4,6 +4,7 @@
 
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
+#include "texte/affichable.h"
 #include "texte/nombres.h"
 
 using namespace topomine;
@@ -26,12 +27,21 @@ void verifier_ecriture(std::string_view octets) {
   PROMET(texte == std::string("x").append(par_flux(v)));
 }
 
+/// What is shown moves no cursor, in neither encoding, and says so only once.
+void verifier_affichage(std::string_view texte) {
+  const std::string visible = affichable(texte), utf8 = en_utf8(visible);
+  PROMET(std::ranges::none_of(visible, [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; }));
+  PROMET(affichable(visible) == visible && affichable(utf8) == utf8);
+  PROMET(en_utf8(utf8) == utf8);
+}
+
 }  // namespace
 
 /// Texts ended by `separateur`, each after a byte that says how it is read.
 void cible_conversion(std::string_view entree) {
   verifier_ecriture<double>(entree);
   verifier_ecriture<int>(entree);
+  verifier_affichage(entree);
   FluxNombres nombres;
   FluxCaracteres caracteres;
   Modele modele, modele_caracteres;
