@@ -79,7 +79,7 @@ Condition condition_de_bord(const Base& base, const Parts& p, const std::string&
   if (p.nom == "famille")
     exiger_famille(base, p.valeur);
   else if (!numero)
-    refuser(texte, "'" + p.valeur + "' n'est pas un entier");
+    refuser(texte, "'" + p.valeur + "' n'est pas un entier de -2147483648 a 2147483647");
   const auto voulue = [p, numero](const Limite& l) {
     if (p.nom == "famille") return meme_nom(l.famille, p.valeur);
     return (p.nom == "code" ? l.code : l.bccode) == *numero;

@@ -69,7 +69,7 @@ TEST(Cherche, ListsTheBlocksThatMeetEveryCondition) {
       {"erikson", "condition 'erikson' : a comparer a une valeur"},
       {"famille=paroi_ail", "famille inconnue : 'paroi_ail' (la plus proche : paroi_aile)"},
       {"famille<3", "condition 'famille<3' : famille se compare par = ou !="},
-      {"code=x", "condition 'code=x' : 'x' n'est pas un entier"},
+      {"code=x", "condition 'code=x' : 'x' n'est pas un entier de -2147483648 a 2147483647"},
   };
   for (const auto& [condition, dit] : refus) {
     const Resultat r = cherche({"TypeC", condition});
