@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -72,19 +73,32 @@ class Balises {
     return lu;
   }
 
-  /// To the next "<"; on the way, the first "&" that begins no entity is kept in mind.
+  /// What is wrong with the "&" and what follows it, up to the end of the entity; empty for
+  /// nothing.
+  static std::string defaut(std::string_view entite) {
+    if (entite.size() == 1) return "`&` isole, l'ecrire `&amp;`";
+    if (entite[1] != '#') return {};
+    const std::string_view chiffres = entite.substr(entite.find_first_not_of("&#x0"));
+    const bool hexa = entite.size() > 2 && entite[2] == 'x';
+    unsigned code = 0;
+    std::from_chars(chiffres.data(), chiffres.data() + chiffres.size(), code, hexa ? 16 : 10);
+    if (code >= ' ' || (code >= '\t' && code <= '\r' && code != '\v' && code != '\f')) return {};
+    return "`" + citer(entite) + "` n'est pas un caractere de XML";
+  }
+
+  /// To the next "<"; on the way, the first "&" that begins no character is kept in mind.
   bool aller_au_chevron() {
     const std::string_view entre = reste().substr(0, reste().find('<'));
     for (std::size_t i = entre.find('&'); i != std::string_view::npos && !esperluette_;
          i = entre.find('&', i + 1)) {
       const std::size_t fin = entre.find_first_not_of(
           "#abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789", i + 1);
-      if (fin == i + 1 || fin == std::string_view::npos || entre[fin] != ';') {
+      const bool isolee = fin == i + 1 || fin == std::string_view::npos || entre[fin] != ';';
+      if (std::string quoi = defaut(entre.substr(i, isolee ? 1 : fin + 1 - i)); !quoi.empty()) {
         const auto debut = entre.begin();
         const auto ici = debut + static_cast<std::ptrdiff_t>(i);
         esperluette_ = {Code::xml_mal_forme,
-                        ligne_ + static_cast<int>(std::count(debut, ici, '\n')),
-                        "`&` isole, l'ecrire `&amp;`"};
+                        ligne_ + static_cast<int>(std::count(debut, ici, '\n')), std::move(quoi)};
       }
     }
     avancer(entre.size());
