@@ -2,7 +2,6 @@
 
 #include <iosfwd>
 #include <string>
-#include <string_view>
 
 #include "cgns/scene.h"
 #include "cgns/topologie.h"
@@ -27,8 +26,5 @@ void ecrire_blocs(std::ostream& out, const CasImporte& cas);
 void ecrire_faces(std::ostream& out, const CasImporte& cas, Mode mode);
 void ecrire_edges(std::ostream& out, const CasImporte& cas, Mode mode);
 void ecrire_vertices(std::ostream& out, const CasImporte& cas, Mode mode);
-
-/// Text for an XML element, in the bytes that it has: "&", "<" and ">" as entities.
-std::string xml(std::string_view texte);
 
 }  // namespace topomine

@@ -7,7 +7,7 @@
 
 #include "cgns/decoupage.h"
 #include "cgns/structure.h"
-#include "cgns/vecteur.h"
+#include "mesh/vecteur.h"
 
 namespace topomine {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cgns/plages.h"
-#include "cgns/vecteur.h"
+#include "mesh/vecteur.h"
 
 namespace topomine {
 

@@ -1,26 +1,14 @@
-// Small vectors, and numbers that carry their derivatives.
+// Numbers that carry their derivatives.
 #pragma once
 
 #include <array>
 #include <cmath>
 
+#include "mesh/vecteur.h"
+
 namespace gen {
 
-struct Vec {
-  double x = 0, y = 0, z = 0;
-
-  friend Vec operator+(const Vec& a, const Vec& b) { return {a.x + b.x, a.y + b.y, a.z + b.z}; }
-  friend Vec operator-(const Vec& a, const Vec& b) { return {a.x - b.x, a.y - b.y, a.z - b.z}; }
-  friend Vec operator*(double s, const Vec& a) { return {s * a.x, s * a.y, s * a.z}; }
-  friend double scalaire(const Vec& a, const Vec& b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
-  friend double norme(const Vec& a) { return std::sqrt(scalaire(a, a)); }
-  friend Vec vectoriel(const Vec& a, const Vec& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-  }
-  friend double det(const Vec& a, const Vec& b, const Vec& c) {
-    return scalaire(a, vectoriel(b, c));
-  }
-};
+using topomine::Vec;
 
 /// A value and its three partial derivatives: tangents, hence normals, come out exact.
 struct Dual {

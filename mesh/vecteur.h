@@ -6,6 +6,7 @@
 
 namespace topomine {
 
+/// A point or a direction in space.
 struct Vec {
   double x = 0, y = 0, z = 0;
 
