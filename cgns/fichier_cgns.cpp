@@ -99,6 +99,7 @@ Structure FichierCgns::structure() {
   std::ranges::stable_sort(zones, {}, place);
   Repertoire repertoire;
   numeros_.clear();
+  noms_.clear();
   for (const NumeroZone& z : zones) {
     repertoire.zones.emplace(z.zone.nom, s.zones.size());
     s.zones.push_back(z.zone);
@@ -107,6 +108,10 @@ Structure FichierCgns::structure() {
   valider(s);
   repertoire.familles = types_des_familles(fichier_, base_);
   for (std::size_t z = 0; z < numeros_.size(); ++z) {
+    noms_.push_back(s.zones[z].nom);
+    if (int grilles = 0; cg_ngrids(fichier_, base_, numeros_[z], &grilles) == CG_OK && grilles > 1)
+      s.dits.push_back("zone '" + noms_.back() + "' : " + std::to_string(grilles) +
+                       " jeux de coordonnees, seul GridCoordinates est lu");
     lire_raccords(s, repertoire, {fichier_, base_, numeros_[z], z});
     lire_conditions(s, repertoire, {fichier_, base_, numeros_[z], z});
   }
@@ -133,8 +138,8 @@ void FichierCgns::coordonnees(std::size_t zone, const Ijk& taille,
   for (std::size_t a = 0; a < 3; ++a) fin[a] = static_cast<cgsize_t>(taille[a]);
   for (std::size_t a = 0; a < 3; ++a) {
     if (!a_coordonnee(z, noms[a]))
-      throw MaillageRefuse("zone " + std::to_string(zone + 1) +
-                           " : pas de coordonnees cartesiennes (" + noms[a] + ")");
+      throw MaillageRefuse("zone '" + noms_[zone] + "' : pas de coordonnees cartesiennes (" +
+                           noms[a] + ")");
     lire(cg_coord_read(fichier_, base_, z, noms[a], CGNS_ENUMV(RealDouble), debut.data(),
                        fin.data(), xyz[a].data()));
   }

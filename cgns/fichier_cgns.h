@@ -35,6 +35,7 @@ class FichierCgns {
   int fichier_ = 0, base_ = 0;
   std::string nom_base_;
   std::vector<int> numeros_;  // of the library, per zone
+  std::vector<std::string> noms_;
 };
 
 }  // namespace topomine

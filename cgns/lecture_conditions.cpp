@@ -44,9 +44,11 @@ class Conditions {
   }
 
  private:
+  void dire(const std::string& nom, const std::string& quoi) {
+    s_.dits.push_back("zone '" + s_.zones[zone_].nom + "' : condition '" + nom + "' " + quoi);
+  }
   void laisser(const std::string& nom, const std::string& pourquoi) {
-    s_.dits.push_back("zone '" + s_.zones[zone_].nom + "' : condition '" + nom +
-                      "' laissee de cote, " + pourquoi);
+    dire(nom, "laissee de cote, " + pourquoi);
   }
 
   void condition(int n) {
@@ -64,43 +66,42 @@ class Conditions {
     c.zone = zone_;
     const bool plage = genre == CGNS_ENUMV(PointRange), liste = genre == CGNS_ENUMV(PointList);
     if (!plage && !liste) return laisser(c.nom, "donnee par elements");
-    const Indice noeuds = zone_entiere(s_.zones[zone_].taille).nb_noeuds();
-    if (nb < 1 || nb > noeuds || (plage && nb != 2))
-      throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', condition '" + c.nom +
-                           "' : " + std::to_string(nb) + " points");
+    controler_nombre(s_.zones[zone_], "condition '" + c.nom + "'", nb, plage);
     CGNS_ENUMT(GridLocation_t) lieu = CGNS_ENUMV(Vertex);
     lire(cg_boco_gridlocation_read(p_.fichier, p_.base, p_.zone, n, &lieu));
     if (lieu == CGNS_ENUMV(CellCenter) || lieu == CGNS_ENUMV(EdgeCenter))
       return laisser(c.nom, "donnee par cellules ou par aretes");
-    Points points{liste, axe_des_points(lieu, normale), {}};
     std::vector<cgsize_t> lus(3 * static_cast<std::size_t>(nb));
     lire(cg_boco_read(p_.fichier, p_.base, p_.zone, n, lus.data(), nullptr));
-    for (std::size_t i = 0; i < lus.size(); i += 3)
-      points.valeurs.push_back({lus[i], lus[i + 1], lus[i + 2]});
-    const auto trouvee = plage_des_points(s_.zones[zone_].taille, points);
-    if (!trouvee) return laisser(c.nom, "ses points ne sont pas une partie de face");
+    const auto trouvee = plage_des_points(s_.zones[zone_].taille,
+                                          {liste, axe_des_points(lieu, normale), triplets(lus)});
+    if (!trouvee) return laisser(c.nom, "ses points ne designent pas une partie d'une seule face");
     c.plage = *trouvee;
     c.famille = famille(n, c.nom);
     typer(c, type);
     s_.conditions.push_back(c);
   }
 
-  std::string famille(int n, const std::string& nom) const {
+  std::string famille(int n, const std::string& nom) {
     NomCgns lue;
-    if (cg_goto(p_.fichier, p_.base, "Zone_t", p_.zone, "ZoneBC_t", 1, "BC_t", n, "end") != CG_OK ||
-        cg_famname_read(lue.place()) != CG_OK || lue.texte().empty())
+    if (cg_goto(p_.fichier, p_.base, "Zone_t", p_.zone, "ZoneBC_t", 1, "BC_t", n, "end") != CG_OK)
       return nom;
+    if (int autres = 0; cg_nmultifam(&autres) == CG_OK && autres > 0)
+      dire(nom, "avec " + std::to_string(autres) + " AdditionalFamilyName, qui ne compte(nt) pas");
+    if (cg_famname_read(lue.place()) != CG_OK || lue.texte().empty()) return nom;
     // A family may be named with the path to it.
     const std::string texte = lue.texte();
     const std::size_t base = texte.rfind('/');
     return base == std::string::npos || base + 1 == texte.size() ? texte : texte.substr(base + 1);
   }
 
-  void typer(Condition& c, CGNS_ENUMT(BCType_t) type) const {
+  void typer(Condition& c, CGNS_ENUMT(BCType_t) type) {
     int numero = static_cast<int>(type);
-    if (type == CGNS_ENUMV(FamilySpecified)) {
+    if (type == CGNS_ENUMV(FamilySpecified) || type == CGNS_ENUMV(BCTypeNull)) {
       const auto f = r_.familles.find(c.famille);
       numero = f != r_.familles.end() ? f->second : 0;
+      if (numero == 0)
+        dire(c.nom, "sans type, la famille '" + c.famille + "' n'en donne pas non plus");
     }
     const TypeCondition t = type_condition(nom_du_type(numero));
     c.bccode = t.bccode;

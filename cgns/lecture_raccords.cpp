@@ -14,12 +14,6 @@ Ijk triplet(const cgsize_t* v) {
   return {v[0], v[1], v[2]};
 }
 
-std::vector<Ijk> triplets(const std::vector<cgsize_t>& v) {
-  std::vector<Ijk> r;
-  for (std::size_t n = 0; n + 2 < v.size(); n += 3) r.push_back(triplet(v.data() + n));
-  return r;
-}
-
 class Raccords {
  public:
   Raccords(Structure& s, const Repertoire& r, const PlaceZone& p)
@@ -34,8 +28,7 @@ class Raccords {
     lire(cg_nconns(p_.fichier, p_.base, p_.zone, &nb));
     for (int n = 1; n <= nb; ++n) general(n);
     lire(cg_nholes(p_.fichier, p_.base, p_.zone, &nb));
-    if (nb > 0)
-      dire(std::to_string(nb) + " trous de recouvrement, ils n'ont pas de place dans un cas");
+    if (nb > 0) dire(std::to_string(nb) + " trou(s) de recouvrement, sans place dans un cas");
   }
 
  private:
@@ -88,9 +81,28 @@ class Raccords {
   }
 
   void ajouter(const Jonction& j, bool periodique) {
-    if (!periodique) return s_.jonctions.push_back(j);
+    if (!periodique) return s_.jonctions.push_back(moitie(j));
     ajouter_bord(j.nom, famille_periodique, bccode_periodique, zone_, j.plage);
     ajouter_bord(j.nom, famille_periodique, bccode_periodique, j.voisine, j.passage(j.plage));
+  }
+
+  /// Of a face that is folded onto itself, one half, which is joined to the other.
+  static Jonction moitie(const Jonction& j) {
+    if (j.zone != j.voisine || j.passage(j.plage) != j.plage) return j;
+    for (std::size_t a = 0; a < 3; ++a) {
+      const Indice milieu = (j.plage.min[a] + j.plage.max[a]) / 2;
+      Jonction r = j;
+      r.plage.max[a] = milieu;
+      Plage reste = j.plage;
+      reste.min[a] = milieu;
+      if (j.plage.min[a] == j.plage.max[a] || r.plage.nb_axes_plats() != 1 ||
+          j.passage(r.plage) != reste)
+        continue;
+      r.passage.depuis = r.plage.min;
+      r.passage.vers = j.passage(r.plage.min);
+      return r;
+    }
+    return j;
   }
 
   void ajouter_bord(const std::string& nom, const char* famille, int bccode, std::size_t zone,
@@ -115,33 +127,38 @@ class Raccords {
     cgsize_t nb = 0, nb_la = 0;
     lire(cg_conn_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &lieu, &type, &points, &nb,
                       nom_voisine.place(), &type_la, &points_la, &donnees, &nb_la));
-    const Indice noeuds = zone_entiere(s_.zones[zone_].taille).nb_noeuds();
+    const Zone& zone = s_.zones[zone_];
     const std::string quoi = "raccord '" + nom.texte() + "'";
-    if (nb < 1 || nb > noeuds || nb_la < 0 || nb_la > noeuds)
-      throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', " + quoi + " : " +
-                           std::to_string(nb) + " points");
-    std::vector<cgsize_t> ici(3 * static_cast<std::size_t>(nb));
-    std::vector<cgsize_t> la(3 * static_cast<std::size_t>(nb_la) + 3);
-    lire(cg_conn_read(p_.fichier, p_.base, p_.zone, n, ici.data(), type_indice, la.data()));
-    la.resize(3 * static_cast<std::size_t>(nb_la));
-    const bool liste = points != CGNS_ENUMV(PointRange);
-    const auto plage = plage_des_points(
-        s_.zones[zone_].taille,
-        {liste, lieu == CGNS_ENUMV(Vertex) ? Points::noeuds : Points::inconnu, triplets(ici)});
-    if (!plage || type == CGNS_ENUMV(Overset))
-      return dire(quoi + " (" + GridConnectivityTypeName[type] +
-                  ") : ses points ne sont pas une partie de face raccordee, il est laisse de cote");
+    const bool plage_donnee = points == CGNS_ENUMV(PointRange);
+    controler_nombre(zone, quoi, nb, plage_donnee);
+    if (nb_la > 0) controler_nombre(zone, quoi, nb_la, false);
+    std::vector<cgsize_t> lus(3 * static_cast<std::size_t>(nb));
+    std::vector<cgsize_t> lus_la(3 * static_cast<std::size_t>(nb_la) + 3);
+    lire(cg_conn_read(p_.fichier, p_.base, p_.zone, n, lus.data(), type_indice, lus_la.data()));
+    lus_la.resize(3 * static_cast<std::size_t>(nb_la));
+    const std::vector<Ijk> ici = triplets(lus);
+    std::optional<Plage> plage;
+    if (lieu != CGNS_ENUMV(CellCenter) && lieu != CGNS_ENUMV(EdgeCenter))
+      plage = plage_des_points(
+          zone.taille,
+          {!plage_donnee, lieu == CGNS_ENUMV(Vertex) ? Points::noeuds : Points::inconnu, ici});
+    const std::string type_lu = quoi + " (" + GridConnectivityTypeName[type] + ") : ";
+    if (!plage)
+      return dire(type_lu +
+                  "ses points ne designent pas une partie d'une seule face, il est "
+                  "laisse de cote");
     std::array<float, 3> centre{}, angle{}, translation{};
     if (cg_conn_periodic_read(p_.fichier, p_.base, p_.zone, n, centre.data(), angle.data(),
                               translation.data()) == CG_OK)
       return ajouter_bord(nom.texte(), famille_periodique, bccode_periodique, zone_, *plage);
     std::optional<Passage> passage;
-    if (type == CGNS_ENUMV(Abutting1to1) && !liste && lieu == CGNS_ENUMV(Vertex) &&
+    if (type == CGNS_ENUMV(Abutting1to1) && lieu == CGNS_ENUMV(Vertex) &&
         type_la == CGNS_ENUMV(Structured))
-      passage = passage_vers(*plage, triplets(la));
+      passage = passage_vers(
+          *plage, plage_donnee ? triplets(lus_la) : images_en_ordre(ici, triplets(lus_la)));
     if (!passage) {
-      dire(quoi + " (" + GridConnectivityTypeName[type] +
-           ") : sans correspondance noeud a noeud, il devient un bord de la famille interface");
+      dire(type_lu +
+           "sans correspondance noeud a noeud, il devient un bord de la famille interface");
       return ajouter_bord(nom.texte(), famille_interface, bccode_interface, zone_, *plage);
     }
     const Jonction j{nom.texte(), zone_, voisine(nom_voisine.texte(), nom.texte()), *plage,

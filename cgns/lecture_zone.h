@@ -39,8 +39,23 @@ struct Points {
   static constexpr int noeuds = -1, inconnu = -2;
 };
 
+/// Indices as a file holds them, three to a node.
+template <class Entier>
+std::vector<Ijk> triplets(const std::vector<Entier>& v) {
+  std::vector<Ijk> r;
+  r.reserve(v.size() / 3);
+  for (std::size_t n = 0; n + 2 < v.size(); n += 3) r.push_back({v[n], v[n + 1], v[n + 2]});
+  return r;
+}
+
+/// Throws MaillageRefuse, saying the zone and what has them, unless a set may have so many points.
+void controler_nombre(const Zone& zone, const std::string& quoi, Indice nb, bool plage);
+
 /// The piece of a zone's surface that points cover wholly; none where they are no such piece.
 std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points);
+
+/// The images of the nodes of a list, i fastest, as passage_vers takes them.
+std::vector<Ijk> images_en_ordre(const std::vector<Ijk>& noeuds, const std::vector<Ijk>& images);
 
 /// The passage that sends the nodes of a piece, i fastest, to those of a list; none where there is
 /// none.

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "cgns/lecture_zone.h"
 
@@ -22,6 +23,12 @@ int axe_des_faces(const Ijk& taille, const Plage& p) {
 }
 
 }  // namespace
+
+void controler_nombre(const Zone& zone, const std::string& quoi, Indice nb, bool plage) {
+  if (nb < 1 || nb > zone_entiere(zone.taille).nb_noeuds() || (plage && nb != 2))
+    throw MaillageRefuse("zone '" + zone.nom + "', " + quoi + " : " + std::to_string(nb) +
+                         " points");
+}
 
 std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points) {
   if (points.valeurs.empty()) return {};
@@ -47,6 +54,18 @@ std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points) {
   }
   if (slot_de(taille, p) < 0) return {};
   return p;
+}
+
+std::vector<Ijk> images_en_ordre(const std::vector<Ijk>& noeuds, const std::vector<Ijk>& images) {
+  std::vector<std::pair<Ijk, Ijk>> paires;
+  for (std::size_t n = 0; n < std::min(noeuds.size(), images.size()); ++n) {
+    const auto& [i, j, k] = noeuds[n];
+    paires.push_back({{k, j, i}, images[n]});
+  }
+  std::ranges::sort(paires);
+  std::vector<Ijk> r;
+  for (const auto& [noeud, image] : paires) r.push_back(image);
+  return r;
 }
 
 std::optional<Passage> passage_vers(const Plage& plage, const std::vector<Ijk>& images) {

@@ -100,7 +100,7 @@ class Scene {
     if (mesure(m).cotes_ecrases[cote]) return false;
     const std::size_t axe = axes_lm[static_cast<std::size_t>(morceau.slot % 3)][cote % 2];
     const Indice bord = cote / 2 ? s_.zones[morceau.zone].taille[axe] : 1;
-    if (ligne.min[axe] != bord) return trouver(morceau.zone, ligne, m, la);
+    if (ligne.min[axe] != bord) return trouver(morceau.zone, ligne, {m, cote}, la);
     const int voisine = place_face(static_cast<int>(cote / 2), static_cast<int>(axe));
     for (std::size_t n = d_.debut(morceau.zone, voisine); n < d_.fin(morceau.zone, voisine); ++n) {
       const Morceau& entre = d_.morceaux[n];
@@ -108,16 +108,16 @@ class Scene {
       const Jonction& j = s_.jonctions[entre.jonction];
       const bool aller = j.zone == entre.zone && j.plage == entre.plage;
       const Plage image = aller ? j.passage(ligne) : j.passage.inverse()(ligne);
-      return trouver(aller ? j.voisine : j.zone, image, m, la);
+      return trouver(aller ? j.voisine : j.zone, image, {m, cote}, la);
     }
     return false;
   }
 
-  bool trouver(std::size_t zone, const Plage& ligne, std::size_t sauf, Pas* la) const {
+  /// Not the side one comes from; another of the same piece where a block meets itself.
+  bool trouver(std::size_t zone, const Plage& ligne, const Pas& sauf, Pas* la) const {
     const auto [debut, fin] = cotes_.equal_range({zone, ligne});
     for (auto it = debut; it != fin; ++it) {
-      // A block that meets itself has the same piece on both sides of its seam.
-      if (it->second.morceau == sauf && d_.morceaux[sauf].zone != zone) continue;
+      if (it->second == sauf) continue;
       if (la) *la = it->second;
       return true;
     }

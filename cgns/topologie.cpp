@@ -32,6 +32,7 @@ class Identification {
     for (std::size_t z = 0; z < s_.zones.size(); ++z) numeroter_bloc(z);
     border();
     reserver_les_comptes();
+    dire_le_reste();
     return std::move(t_);
   }
 
@@ -194,6 +195,10 @@ class Identification {
       if (morceau.jonction != aucun) continue;
       for (const std::size_t c : morceau.conditions) ajouter(f.familles, familles_.de_condition[c]);
       if (f.familles.empty()) f.familles.push_back(familles_.sans_condition);
+      if (f.familles.size() > 1)
+        t_.dits.push_back(lieu(s_, morceau.zone, morceau.plage) + " : " +
+                          std::to_string(f.familles.size()) +
+                          " familles, la face a le code de chacune");
       for (const std::size_t famille : f.familles) border_face(f, morceau, famille);
     }
     for (SommetTopo& s : t_.sommets)
@@ -239,16 +244,35 @@ class Identification {
         plus_grand = std::max(plus_grand, t_.blocs[b].faces[static_cast<std::size_t>(slot)].size());
     const int saut = static_cast<int>(plus_grand) - 1;
     const auto decaler = [saut](int& n) { n += n > 1 ? saut : 0; };
+    std::map<std::size_t, std::vector<std::size_t>> blocs_par_compte;
     for (FaceTopo& f : t_.faces) decaler(f.numero);
     for (std::size_t b = 0; b < t_.blocs.size(); ++b)
       for (int slot = 0; slot < nb_faces_bloc; ++slot) {
         std::vector<int>& faces = t_.blocs[b].faces[static_cast<std::size_t>(place(b, slot))];
         for (int& n : faces) decaler(n);
         if (faces.size() < 2) continue;
+        std::vector<std::size_t>& pareils = blocs_par_compte[faces.size()];
+        if (pareils.empty() || pareils.back() != b) pareils.push_back(b);
         std::string texte = ou(b, slot) + " : " + std::to_string(faces.size()) + " sous-faces :";
         for (const int n : faces) texte += " " + std::to_string(n);
         t_.dits.push_back(texte + " ; lue, la case ne garde que leur nombre");
       }
+    for (const auto& [nb, blocs] : blocs_par_compte) {
+      if (blocs.size() < 2) continue;
+      std::string texte = "blocs";
+      for (const std::size_t b : blocs) texte += " " + std::to_string(b + 1);
+      t_.dits.push_back(texte + " : chacun a une face en " + std::to_string(nb) +
+                        " sous-faces, la lecture les prend pour voisins");
+    }
+  }
+
+  void dire_le_reste() {
+    for (const Jonction& j : s_.jonctions)
+      if (j.zone == j.voisine && j.passage(j.plage) == j.plage)
+        t_.dits.push_back(lieu(s_, j.zone, j.plage) + " : face repliee sur elle-meme, sans code");
+    for (std::size_t b = 0; b < mesures_.size(); ++b)
+      if (mesures_[b].exact == 0)
+        t_.dits.push_back("bloc " + std::to_string(b + 1) + " : volume nul");
   }
 
   static constexpr int inconnue = -1;

@@ -25,6 +25,7 @@ constexpr Chapitre chapitres[]{
     {Code::bord_sans_code, "Bords et codes"},
     {Code::sommet_deplace, "Geometrie"},
     {Code::famille_c_inconnue, "Scene"},
+    {Code::face_partagee, "Faces partagees"},
     {Code::config_vide, "climite.cfg"},
     {Code::modes_entites, "Modes"},
 };

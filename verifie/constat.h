@@ -90,6 +90,8 @@ enum class Code {
   mesure_negative = 69,
   paroi_sans_piece = 70,
   scene_d_un_autre_cas = 71,
+  // Faces in parts
+  face_partagee = 72,
   // climite.cfg
   config_vide = 80,
   config_point_virgule = 81,

@@ -85,7 +85,7 @@ inline constexpr Fiche fiches[]{
     {Code::case_absente, Gravite::erreur, "case absente",
      "Une case de la liste n'est pas donnee.", "Un voisin ou des codes manquent.", "l'ajouter"},
     {Code::case_multiple, Gravite::erreur, "case a plusieurs elements",
-     "NbSubFace ou NbSubEdge vaut autre chose que 0 ou 1 : ce compte est lu comme un numero.",
+     "NbSubFace ou NbSubEdge vaut autre chose que 0 ou 1 : ce compte est lu comme un numero, et une autre entite le porte ou une autre case le donne, ou bien les elements ne sont pas autant.",
      "La case designe une entite au hasard : voisins et codes faux.", "decouper pour n'avoir qu'un element par case"},
     {Code::contenu_negatif, Gravite::erreur, "numero designe nul ou negatif",
      "Une case ou un bout d'edge designe un numero nul ou negatif.",
@@ -226,6 +226,10 @@ inline constexpr Fiche fiches[]{
      "Si cette piece est en C, TypeC est faux.", "ajouter la piece, ou corriger le code"},
     {Code::scene_d_un_autre_cas, Gravite::erreur, "scene d'un autre cas",
      "Aucun bloc ne voit une seule des pieces de la scene.", "TypeC est faux partout.", "remettre le .def de ce cas"},
+    // --- Faces in parts
+    {Code::face_partagee, Gravite::avertissement, "face en plusieurs sous-faces",
+     "Une face de bloc est partagee entre plusieurs (NbSubFace) ; la lecture n'en garde que le compte.",
+     "Le bloc n'a ni les voisins ni les codes de cette face.", "rien si c'est voulu, sinon couper le bloc"},
     // --- climite.cfg
     {Code::config_vide, Gravite::erreur, "configuration vide",
      "climite.cfg n'a pas de ligne de titres.", "La configuration ne se charge pas.", "y mettre au moins la ligne des noms de colonnes"},

@@ -181,6 +181,11 @@ int JournalConstats::contenu_de_case(const Cases& cases, int numero, const TiXml
   const std::string nom = std::string(cases.quoi) + " " + std::to_string(numero);
   const auto nb = entier(place, cases.nb);
   if (!nb || *nb == 0) return 0;
+  if (auto faces = sous_faces(cases, *nb, place); !faces.empty()) {
+    r_.partages[ident_].push_back({numero, std::move(faces)});
+    perdre(partie_liens);
+    return 0;
+  }
   if (*nb != 1) {
     signaler(Code::case_multiple, place,
              nom + " : " + cases.nb + " vaut " + std::to_string(*nb) + ", lu comme un numero");
@@ -193,6 +198,19 @@ int JournalConstats::contenu_de_case(const Cases& cases, int numero, const TiXml
     perdre(partie_liens);
   }
   return std::max(contenu.value_or(0), 0);
+}
+
+std::vector<int> JournalConstats::sous_faces(const Cases& cases, int nb, const TiXmlNode& place) {
+  std::vector<int> faces;
+  if (nb < 2 || f_ != fic_blck || ident_ <= 0) return faces;
+  for (const TiXmlNode* n = place.FirstChild(cases.sous); n; n = n->NextSibling(cases.sous)) {
+    const TiXmlNode* const t = n->FirstChild();
+    const auto v = t && t->ToText() ? entier_strict(t->Value()) : std::nullopt;
+    if (!v || *v <= 0) return {};
+    faces.push_back(*v);
+  }
+  if (faces.size() != static_cast<std::size_t>(nb)) faces.clear();
+  return faces;
 }
 
 void JournalConstats::cases_manquantes(const Cases& cases, const TiXmlNode& entite) {

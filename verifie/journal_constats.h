@@ -61,6 +61,8 @@ class JournalConstats final : public JournalStrict {
   void perdre(std::string_view element, const TiXmlNode* parent);
   const TiXmlNode* enfant(const TiXmlNode& parent, const char* nom);
   std::optional<int> entier(const TiXmlNode& parent, const char* nom);
+  /// The faces that share the slot; none unless there are as many as it says.
+  std::vector<int> sous_faces(const Cases& cases, int nb, const TiXmlNode& place);
   int contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place);
 
   CasLu& r_;

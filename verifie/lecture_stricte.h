@@ -23,6 +23,12 @@ enum Fichier { fic_def, fic_blck, fic_face, fic_edge, fic_vrtx, nb_fichiers };
 /// What could not be read of an entity.
 enum Partie : unsigned { partie_liens = 1, partie_codes = 2, partie_valeurs = 4 };
 
+/// The faces that share a slot of a block.
+struct Partage {
+  int numero;  ///< of the slot, from 1
+  std::vector<int> faces;
+};
+
 /// A base as its files give it: no links, no classes, and an entity without a number is left out.
 /// A slot that does not hold exactly one entity is 0 here.
 struct CasLu {
@@ -37,7 +43,8 @@ struct CasLu {
   // What has been said already, so that nothing is said of what follows from it.
   std::array<std::unordered_map<int, unsigned>, nb_fichiers> illisibles;  ///< number to its parts
   std::array<std::unordered_set<int>, nb_fichiers>
-      disputes;                           ///< numbers of several entities, or < 1
+      disputes;                                  ///< numbers of several entities, or < 1
+  std::map<int, std::vector<Partage>> partages;  ///< by block
   std::array<int, nb_fichiers> perdus{};  ///< entities that another replaces, or without a number
 
   bool illisible(Fichier f, int numero, unsigned partie) const;

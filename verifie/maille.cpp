@@ -34,6 +34,8 @@ void Maille::monter_faces() {
     for (int b = 0; b < num_blocs.nb(); ++b)
       for (const int f : au(blocs, b))
         if (f >= 0) ajouter(f, b);
+    for (const auto& [b, f] : partages)
+      if (!contient(au(blocs, b), f)) ajouter(f, b);
   });
 }
 

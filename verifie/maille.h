@@ -76,6 +76,7 @@ struct Maille {
   Liens<nb_edges_face> faces;
   Liens<nb_vrtxs_edge> edges;
   std::vector<Place> places;
+  std::vector<std::pair<int, int>> partages;  ///< block and face: the face is a part of a slot
   Listes blocs_de_face, faces_d_edge;
 
   Maille() = default;

@@ -83,7 +83,9 @@ class Assemblage {
     if (!sure(faces, s) || !sure(faces, t)) return true;
     const int f = au(faces, s), g = au(faces, t);
     const bool communs = nb_communs(au(m_.faces, f), au(m_.faces, g)) > 0;
-    if (opposees(s, t)) return f == g || !communs || contient(faces, vide);
+    // Between the two a slot that is not known may be joined to itself, as behind the tail of a C.
+    if (opposees(s, t))
+      return f == g || !communs || contient(faces, vide) || contient(faces, inconnu);
     return f != g &&
            (communs || (a_un_vide(f) && a_un_vide(g)) || a_un_inconnu(f) || a_un_inconnu(g));
   }

@@ -190,6 +190,7 @@ class Volumes {
         if (sommet_loin(deplaces, juges)) return recalculer();
       }
       for (const int b : gauches) bloc(b).differe = false;
+      if (juges == 1 && courbes == 1) break;
       if (autres.empty() || juges < 2) return;
       if (autres.size() * 2 > juges && autres.size() > 1) continue;
       if (courbes > std::max<std::size_t>(1, juges / 10))

@@ -73,10 +73,48 @@ void relier(Examen& x, Fichier de, Liens<N>& cases, const Entites& entites, Lire
   if (lus) dire_manquants(x, de, manquants);
 }
 
+/// Slots that several faces share. Of such a slot only their count is kept, in the place of a
+/// number: harmless as long as nothing else has that number.
+void relier_partages(Examen& x) {
+  std::map<std::size_t, std::vector<int>> par_compte;
+  for (const auto& [bloc, partages] : x.r.partages)
+    for (const Partage& p : partages) {
+      std::vector<int>& blocs = par_compte[p.faces.size()];
+      if (blocs.empty() || blocs.back() != bloc) blocs.push_back(bloc);
+    }
+  for (const auto& [bloc, partages] : x.r.partages) {
+    const int rang = x.m.num_blocs.rang(bloc);
+    if (rang < 0) continue;
+    for (const Partage& p : partages) {
+      const std::size_t nb = p.faces.size();
+      const std::string champ = "Faces/Face/" + std::to_string(p.numero);
+      const std::string quoi = "face " + std::to_string(p.numero) + " : NbSubFace vaut " +
+                               std::to_string(nb) + ", lu comme un numero";
+      if (x.lus({fic_face}) && x.m.num_faces.rang(static_cast<int>(nb)) >= 0)
+        x.signaler(Code::case_multiple, fic_blck, rang, quoi + " : celui d'une autre face", champ);
+      else if (const auto& blocs = par_compte[nb]; blocs.size() > 1)
+        x.signaler(Code::case_multiple, fic_blck, rang,
+                   quoi + " : les blocs " + enumerer(blocs) + " passent pour voisins", champ);
+      else
+        x.signaler(Code::face_partagee, fic_blck, rang,
+                   "face " + std::to_string(p.numero) + " en " + std::to_string(nb) +
+                       " sous-faces : " + enumerer(p.faces),
+                   champ);
+      for (const int f : p.faces)
+        if (const int la = x.m.num_faces.rang(f); la >= 0)
+          x.m.partages.emplace_back(rang, la);
+        else if (x.lus({fic_face}) && x.r.perdus[fic_face] == 0)
+          x.signaler(Code::reference_absente, fic_blck, rang,
+                     "face " + std::to_string(f) + " n'existe pas", champ);
+    }
+  }
+}
+
 }  // namespace
 
 void regle_references(Examen& x) {
   relier(x, fic_blck, x.m.blocs, x.blocs, [](const Block& b, int i) { return b._face(i); });
+  relier_partages(x);
   relier(x, fic_face, x.m.faces, x.faces, [](const Face& f, int i) { return f._edge(i); });
   relier(x, fic_edge, x.m.edges, x.edges, [](const Edge& e, int i) { return e._vrtx(i); });
 }
@@ -95,6 +133,8 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
       if (la >= 0) au(cites, la) = 1;
       trous += la == inconnu;
     }
+  for (const auto& [bloc, face] : x.m.partages)
+    if (vers == fic_face) au(cites, face) = 1;
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
     if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) && !x.est_douteux(vers, v) &&

@@ -132,7 +132,8 @@ class Tours {
            std::to_string(x_.numero(fic_vrtx, b.second));
   }
 
-  /// The edges that go once around: on their faces the two edges beside them are one.
+  /// The edges that go once around: on their faces the two edges beside them are one, or, where
+  /// the block has a face in parts, meet.
   std::set<int> boucles() const {
     std::set<int> r;
     for (int f = 0; f < m_.num_faces.nb(); ++f) {
@@ -140,6 +141,16 @@ class Tours {
       for (std::size_t s = 0; s < edges.size(); ++s)
         if (edges[s] >= 0 && edges[s ^ 1] >= 0 && edges[s ^ 1] == edges[s ^ 3]) r.insert(edges[s]);
     }
+    for (const auto& [bloc, partie] : m_.partages)
+      for (const int f : au(m_.blocs, bloc)) {
+        if (f < 0) continue;
+        const auto& edges = au(m_.faces, f);
+        for (std::size_t s = 0; s < edges.size(); ++s)
+          if (edges[s] >= 0 && edges[s ^ 1] >= 0 && edges[s ^ 3] >= 0 &&
+              commun(au(m_.edges, edges[s ^ 1]), au(m_.edges, edges[s ^ 3])) ==
+                  au(m_.edges, edges[s])[0])
+            r.insert(edges[s]);
+      }
     return r;
   }
 

@@ -146,6 +146,17 @@ void ajouts_a_dire(const std::string& fichier) {
   const std::array<cgsize_t, 6> plage{3, 1, 1, 3, 3, 3};
   o.appel(cg_conn_write_short(o.f, o.b, 2, "glissant", CGNS_ENUMV(Vertex), CGNS_ENUMV(Abutting),
                               CGNS_ENUMV(PointRange), 2, plage.data(), "zone 1", &o.n));
+  const std::array<cgsize_t, 6> cases{3, 1, 1, 3, 2, 2};
+  o.appel(cg_conn_write_short(o.f, o.b, 2, "par cellules", CGNS_ENUMV(CellCenter),
+                              CGNS_ENUMV(Overset), CGNS_ENUMV(PointRange), 2, cases.data(),
+                              "zone 1", &o.n));
+  condition("entiere", {1, 1, 1, 3, 3, 1}, range, CGNS_ENUMV(Vertex));
+  o.appel(cg_goto(o.f, o.b, "Zone_t", 1, "ZoneBC_t", 1, "BC_t", o.n, "end"));
+  o.appel(cg_multifam_write("autre", "volets"));
+  const std::array<cgsize_t, 6> fond{1, 1, 1, 1, 3, 3};
+  o.appel(cg_boco_write(o.f, o.b, 2, "nulle", CGNS_ENUMV(FamilySpecified), CGNS_ENUMV(PointRange),
+                        2, fond.data(), &o.n));
+  o.appel(cg_grid_write(o.f, o.b, 1, "deformee", &o.n));
   const std::array<cgsize_t, 6> bas{1, 1, 1, 3, 1, 3}, haut{1, 3, 1, 3, 3, 3};
   const std::array<float, 3> rien{0, 0, 0}, pas{0, 1, 0};
   o.appel(

@@ -54,7 +54,8 @@ class Ecrivain {
 
   void executer() {
     for (std::size_t z = 0; z < m_.s.zones.size(); ++z) zone(z);
-    for (std::size_t n = 0; n < m_.s.jonctions.size(); ++n) jonction(m_.s.jonctions[n], n % 3 == 2);
+    for (std::size_t n = 0; n < m_.s.jonctions.size(); ++n)
+      jonction(m_.s.jonctions[n], n % 3, n % 2);
     for (std::size_t n = 0; n < m_.s.conditions.size(); ++n) condition(m_.s.conditions[n], n % 4);
   }
 
@@ -72,9 +73,11 @@ class Ecrivain {
                                     m_.xyz[z][a].data(), &c));
   }
 
-  void jonction(const Jonction& j, bool generale) {
+  /// Every third one by its points, from a range or, in turn, from a list.
+  void jonction(const Jonction& j, std::size_t tiers, bool liste) {
     const Jonction retour{j.nom + "b", j.voisine, j.zone, j.passage(j.plage), j.passage.inverse()};
-    for (const Jonction* cote : {&j, &retour}) generale ? par_points(*cote) : un_a_un(*cote);
+    for (const Jonction* cote : {&j, &retour})
+      tiers == 2 ? par_points(*cote, liste) : un_a_un(*cote);
   }
 
   void un_a_un(const Jonction& j) {
@@ -86,19 +89,30 @@ class Ecrivain {
                                  j.passage.t.data(), &n));
   }
 
-  void par_points(const Jonction& j) {
-    const auto ici = bornes(j.plage.min, j.plage.max);
-    std::vector<cgsize_t> la;
-    for (Indice k = j.plage.min[2]; k <= j.plage.max[2]; ++k)
-      for (Indice jj = j.plage.min[1]; jj <= j.plage.max[1]; ++jj)
-        for (Indice i = j.plage.min[0]; i <= j.plage.max[0]; ++i)
-          for (const Indice v : j.passage(Ijk{i, jj, k})) la.push_back(static_cast<cgsize_t>(v));
-    int n = 0;
+  void par_points(const Jonction& j, bool liste) {
+    std::vector<cgsize_t> ici, la;
+    const auto ajouter = [&](const Ijk& p) {
+      for (const Indice v : p) ici.push_back(static_cast<cgsize_t>(v));
+      for (const Indice v : j.passage(p)) la.push_back(static_cast<cgsize_t>(v));
+    };
+    // Of a list, any order will do.
+    const Plage& p = j.plage;
+    const Ijk n{p.max[0] - p.min[0] + 1, p.max[1] - p.min[1] + 1, p.max[2] - p.min[2] + 1};
+    for (Indice r = 0; r < p.nb_noeuds(); ++r)
+      ajouter(
+          liste ? Ijk{p.max[0] - r / n[2] / n[1], p.min[1] + r / n[2] % n[1], p.min[2] + r % n[2]}
+                : Ijk{p.min[0] + r % n[0], p.min[1] + r / n[0] % n[1], p.min[2] + r / n[0] / n[1]});
+    if (!liste) {
+      const auto b = bornes(p.min, p.max);
+      ici.assign(b.begin(), b.end());
+    }
+    int numero = 0;
     verifier_appel(cg_conn_write(
         f_, b_, static_cast<int>(j.zone) + 1, j.nom.c_str(), CGNS_ENUMV(Vertex),
-        CGNS_ENUMV(Abutting1to1), CGNS_ENUMV(PointRange), 2, ici.data(),
-        m_.s.zones[j.voisine].nom.c_str(), CGNS_ENUMV(Structured), CGNS_ENUMV(PointListDonor),
-        CGNS_ENUMV(LongInteger), static_cast<cgsize_t>(la.size() / 3), la.data(), &n));
+        CGNS_ENUMV(Abutting1to1), liste ? CGNS_ENUMV(PointList) : CGNS_ENUMV(PointRange),
+        static_cast<cgsize_t>(ici.size() / 3), ici.data(), m_.s.zones[j.voisine].nom.c_str(),
+        CGNS_ENUMV(Structured), CGNS_ENUMV(PointListDonor), CGNS_ENUMV(LongInteger),
+        static_cast<cgsize_t>(la.size() / 3), la.data(), &numero));
   }
 
   /// forme & 1: cell faces instead of nodes; forme & 2: a list instead of a range.

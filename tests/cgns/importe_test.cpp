@@ -108,6 +108,12 @@ std::vector<int> places(const Base& b, int bloc) {
   return r;
 }
 
+std::size_t occurrences(const std::string& texte, const std::string& quoi) {
+  std::size_t nb = 0;
+  for (std::size_t n = texte.find(quoi); n != std::string::npos; n = texte.find(quoi, n + 1)) ++nb;
+  return nb;
+}
+
 std::size_t lignes(const std::string& texte) {
   return static_cast<std::size_t>(std::ranges::count(texte, '\n'));
 }
@@ -143,7 +149,7 @@ TEST(Importe, AnOGrid) {
 // One face against two blocks, another under two conditions and partly bare. The two small blocks
 // touch only through the big one, and have their corners in common all the same.
 TEST(Importe, SplitFaces) {
-  const Modele m = partage();
+  Modele m = partage();
   for (const auto& t : {std::array{1, 2, 3}, {3, -2, 1}}) {
     Modele tourne = m;
     for (std::size_t z = 0; z < 3; ++z) tourner(tourne, z, t);
@@ -169,7 +175,55 @@ TEST(Importe, SplitFaces) {
     EXPECT_EQ(std::ranges::count(p, 3), 1);
     EXPECT_TRUE(b.vois_bloc(1).empty());
     EXPECT_NEAR(b.blocs.at(1)._volexa(), 2, 1e-9);
+    const Resultat v = topodata({"verifie", a.cas(), "--modes", "toutes", "--bases", "essai"});
+    EXPECT_EQ(v.statut, 1) << v.sortie;
+    EXPECT_EQ(occurrences(v.sortie, "[V072]"), lignes(v.sortie)) << v.sortie;
   }
+  // With as many parts on two blocks, these are neighbours to the reading.
+  m.s.conditions.pop_back();
+  m.condition(1, {{3, 1, 1}, {3, 2, 3}}, "paroi_haut", 1);
+  const Atelier a(m);
+  EXPECT_NE(a.importer({"--mode", "toutes"}).sortie.find("blocs 1 2 : chacun a une face en 2"),
+            std::string::npos);
+  const Resultat v = topodata({"verifie", a.cas(), "ext", "--bases", "essai"});
+  EXPECT_EQ(occurrences(v.sortie, "les blocs 1, 2 passent pour voisins"), 3U) << v.sortie;
+  EXPECT_EQ(occurrences(v.sortie, "[V025]"), lignes(v.sortie)) << v.sortie;
+}
+
+// A block bent around an airfoil, joined to itself behind it: in two ranges, or folded as a whole.
+TEST(Importe, ACGrid) {
+  constexpr Indice n = 16, te = n / 4 + 1;
+  Modele m;
+  m.s.base = "profil";
+  m.zone({n, 3, 2}, [](double u, double v, double w) {
+    constexpr double pi = std::numbers::pi;
+    const double sillage = std::max(0.25 - u, u - 0.75), a = 4 * pi * (u - 0.25);
+    const double angle = -pi / 2 - 2 * pi * (std::clamp(u, 0.25, 0.75) - 0.25);
+    return sillage >= 0 ? Vec{1 + 8 * sillage, v * std::sin(angle), w}
+                        : Vec{0.5 + 0.5 * std::cos(a) + v * std::cos(angle),
+                              -0.05 * std::sin(a) + v * std::sin(angle), w};
+  });
+  for (const int slot : {0, 2, 3, 4, 5}) m.condition(0, face(m, 0, slot), "loin", 4);
+  Modele pli = m;
+  m.jonction(0, {{1, 1, 1}, {te, 1, 3}}, 0, {{1, 1, 1}, {n + 1, 1, 1}, {-1, -2, 3}});
+  m.condition(0, {{te, 1, 1}, {n + 2 - te, 1, 3}}, "paroi_aile", 1);
+  for (auto& x : pli.xyz[0][1])
+    if (std::abs(x) <= 0.05 + 1e-9) x = 0;
+  pli.jonction(0, face(pli, 0, 1), 0, {{1, 1, 1}, {n + 1, 1, 1}, {-1, -2, 3}});
+  for (const bool plie : {false, true})
+    for (const auto& t : {std::array{1, 2, 3}, {3, -1, -2}}) {
+      Modele tourne = plie ? pli : m;
+      tourner(tourne, 0, t);
+      const Atelier a(tourne);
+      const Resultat res = a.importer({"--mode", "toutes"});
+      ASSERT_EQ(res.statut, 0) << res.erreur;
+      for (const char* attendu :
+           {plie ? ": 2 sous-faces" : "piece aile en C", plie ? "type 35" : ": 3 sous-faces"})
+        EXPECT_NE(res.sortie.find(attendu), std::string::npos) << res.sortie;
+      const Resultat v = topodata({"verifie", a.cas(), "--modes", "toutes", "--bases", "essai"});
+      EXPECT_EQ(occurrences(v.sortie, "[V072]"), lignes(v.sortie)) << v.sortie;
+      EXPECT_TRUE(a.charge().vois_bloc(1).empty());
+    }
 }
 
 // Everything that keeps a mesh from being imported: one line says so, status 2, nothing is written.
@@ -278,7 +332,13 @@ TEST(Importe, WhatACaseCannotExpressIsSaid) {
         "condition 'cellules' laissee de cote, donnee par cellules",
         "condition 'sur un raccord' : zone 'zone 1' [3:3,1:3,1:3] est raccordee",
         "zone 'zone 1' [1:1,1:2,1:3] et [1:1,1:3,1:2] se recouvrent",
-        "raccord 'glissant' (Abutting) : sans correspondance", "bloc 1 i-min : 3 sous-faces",
+        "raccord 'glissant' (Abutting) : sans correspondance",
+        "raccord 'par cellules' (Overset) : ses points ne designent pas une partie d'une seule "
+        "face",
+        "condition 'entiere' avec 1 AdditionalFamilyName",
+        "zone 'zone 1' [1:3,1:3,1:1] : 2 familles",
+        "condition 'nulle' sans type, la famille 'nulle' n'en donne pas non plus",
+        "zone 'zone 1' : 2 jeux de coordonnees", "bloc 1 i-min : 3 sous-faces",
         "famille 'interface' : code 901 (nouveau), BCCODE 9, 1 face(s)",
         "famille 'periodique' : code 801 (nouveau), BCCODE 8, 2 face(s)"})
     EXPECT_NE(res.sortie.find(attendu), std::string::npos) << attendu << '\n' << res.sortie;
