@@ -1,12 +1,17 @@
 #include <algorithm>
 #include <cmath>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "cgns/mesures.h"
 
 // Every cell of a zone, layer by layer. The loops run along i over plain arrays so that compilers
 // turn them into vector instructions; this is where an import spends its time.
+
+// Part of every function that calls it: a function for processors with wider vectors takes its
+// loops with it.
+#define TOUJOURS_EN_LIGNE [[gnu::always_inline]] inline
 
 namespace topomine {
 
@@ -22,16 +27,16 @@ struct Ligne {
   const double *x, *y, *z;
 };
 
-Ligne ligne(const Vecteurs& v, std::size_t debut) {
-  return {v.x.data() + debut, v.y.data() + debut, v.z.data() + debut};
+Ligne ligne(const Vecteurs& v) {
+  return {v.x.data(), v.y.data(), v.z.data()};
 }
 
 // The outputs are arguments of their own, since compilers believe no other promise that they are
 // apart from the inputs.
 
 /// The unit vectors from the nodes a to the nodes b; null between nodes that coincide.
-void unitaires(const Ligne& a, const Ligne& b, std::size_t n, double* __restrict x,
-               double* __restrict y, double* __restrict z) {
+TOUJOURS_EN_LIGNE void unitaires(const Ligne& a, const Ligne& b, std::size_t n,
+                                 double* __restrict x, double* __restrict y, double* __restrict z) {
   for (std::size_t i = 0; i < n; ++i) {
     const double dx = b.x[i] - a.x[i], dy = b.y[i] - a.y[i], dz = b.z[i] - a.z[i];
     const double carre = dx * dx + dy * dy + dz * dz;
@@ -43,144 +48,200 @@ void unitaires(const Ligne& a, const Ligne& b, std::size_t n, double* __restrict
   }
 }
 
-void unitaires(const Ligne& a, const Ligne& b, std::size_t n, Vecteurs& sortie, std::size_t debut) {
-  unitaires(a, b, n, sortie.x.data() + debut, sortie.y.data() + debut, sortie.z.data() + debut);
-}
-
-/// Lowers each minimum to sens times the determinant of a, b and d there.
-void abaisser(const Ligne& a, const Ligne& b, const Ligne& d, double sens, std::size_t n,
-              double* __restrict min) {
+TOUJOURS_EN_LIGNE void vectoriels(const Ligne& a, const Ligne& b, std::size_t n,
+                                  double* __restrict x, double* __restrict y,
+                                  double* __restrict z) {
   for (std::size_t i = 0; i < n; ++i) {
-    const double v = sens * (a.x[i] * (b.y[i] * d.z[i] - b.z[i] * d.y[i]) +
-                             a.y[i] * (b.z[i] * d.x[i] - b.x[i] * d.z[i]) +
-                             a.z[i] * (b.x[i] * d.y[i] - b.y[i] * d.x[i]));
-    min[i] = v < min[i] ? v : min[i];
+    x[i] = a.y[i] * b.z[i] - a.z[i] * b.y[i];
+    y[i] = a.z[i] * b.x[i] - a.x[i] * b.z[i];
+    z[i] = a.x[i] * b.y[i] - a.y[i] * b.x[i];
   }
 }
 
-/// One coordinate of four times the mean edge of each cell of a row, along i, j and k, from the
-/// four rows of its nodes: a, then the next ones along j, k and both.
-void aretes(const double* a, const double* b, const double* c, const double* e, std::size_t n,
-            double* __restrict ei, double* __restrict ej, double* __restrict ek) {
+/// Lowers each minimum to the products of an edge with the vectors at its two ends.
+TOUJOURS_EN_LIGNE void abaisser(const Ligne& edge, const Ligne& v, std::size_t n,
+                                double* __restrict min) {
   for (std::size_t i = 0; i < n; ++i) {
-    ei[i] = (a[i + 1] - a[i]) + (b[i + 1] - b[i]) + (c[i + 1] - c[i]) + (e[i + 1] - e[i]);
-    ej[i] = (b[i] - a[i]) + (b[i + 1] - a[i + 1]) + (e[i] - c[i]) + (e[i + 1] - c[i + 1]);
-    ek[i] = (c[i] - a[i]) + (c[i + 1] - a[i + 1]) + (e[i] - b[i]) + (e[i + 1] - b[i + 1]);
+    const double x = edge.x[i], y = edge.y[i], z = edge.z[i];
+    const double ici = x * v.x[i] + y * v.y[i] + z * v.z[i];
+    const double la = x * v.x[i + 1] + y * v.y[i + 1] + z * v.z[i + 1];
+    const double moindre = ici < la ? ici : la;
+    min[i] = moindre < min[i] ? moindre : min[i];
   }
 }
 
-/// Adds facteur times the determinant of a, b and d.
-void ajouter_determinants(const Ligne& a, const Ligne& b, const Ligne& d, double facteur,
-                          std::size_t n, double* __restrict somme) {
-  for (std::size_t i = 0; i < n; ++i)
-    somme[i] += facteur * (a.x[i] * (b.y[i] * d.z[i] - b.z[i] * d.y[i]) +
-                           a.y[i] * (b.z[i] * d.x[i] - b.x[i] * d.z[i]) +
-                           a.z[i] * (b.x[i] * d.y[i] - b.y[i] * d.x[i]));
+/// One coordinate of sums of edges between four rows of nodes, b behind a along j, c and e behind
+/// a and b along k: at each i the two along j and the two along k, from it the four along i.
+TOUJOURS_EN_LIGNE void sommes(const double* a, const double* b, const double* c, const double* e,
+                              std::size_t n, double* __restrict si, double* __restrict sj,
+                              double* __restrict sk) {
+  for (std::size_t i = 0; i < n; ++i) {
+    sj[i] = (b[i] - a[i]) + (e[i] - c[i]);
+    sk[i] = (c[i] - a[i]) + (e[i] - b[i]);
+  }
+  for (std::size_t i = 0; i + 1 < n; ++i)
+    si[i] = ((a[i + 1] - a[i]) + (b[i + 1] - b[i])) + ((c[i + 1] - c[i]) + (e[i + 1] - e[i]));
 }
 
-/// One thread's work: some layers of cells, with the unit vectors of the two planes around one.
-class Tranche {
+/// Adds the determinant of the sums of a cell's edges along i, j and k.
+TOUJOURS_EN_LIGNE void ajouter_determinants(const Ligne& si, const Ligne& sj, const Ligne& sk,
+                                            std::size_t n, double* __restrict somme) {
+  for (std::size_t i = 0; i < n; ++i) {
+    const double ax = sj.x[i] + sj.x[i + 1], bx = sk.x[i] + sk.x[i + 1];
+    const double ay = sj.y[i] + sj.y[i + 1], by = sk.y[i] + sk.y[i + 1];
+    const double az = sj.z[i] + sj.z[i + 1], bz = sk.z[i] + sk.z[i + 1];
+    somme[i] += si.x[i] * (ay * bz - az * by) + si.y[i] * (az * bx - ax * bz) +
+                si.z[i] * (ax * by - ay * bx);
+  }
+}
+
+/// Rows of vectors whose places can be exchanged.
+class Rangees {
  public:
-  Tranche(const Coordonnees& c, double sens)
-      : c_(c),
-        sens_(sens),
-        ni_(static_cast<std::size_t>(c.taille[0])),
-        nj_(static_cast<std::size_t>(c.taille[1])),
-        ui_{Vecteurs(ni_ * nj_), Vecteurs(ni_ * nj_)},
-        uj_{Vecteurs(ni_ * nj_), Vecteurs(ni_ * nj_)},
-        uk_(ni_ * nj_),
-        mi_(ni_),
-        mj_(ni_),
-        mk_(ni_),
-        min_(ni_),
-        somme_(ni_),
-        test_(ni_) {}
-
-  /// Layers k0 to k1 of cells, counted from 0; the sum of each goes to its place in `centres`.
-  void executer(std::size_t k0, std::size_t k1, std::vector<double>& centres) {
-    std::ranges::fill(min_, 1.0);
-    plan(k0);
-    for (std::size_t k = k0; k < k1; ++k) {
-      plan(k + 1);
-      for (std::size_t j = 0; j < nj_; ++j)
-        unitaires(noeuds(j, k), noeuds(j, k + 1), ni_, uk_, j * ni_);
-      std::ranges::fill(somme_, 0.0);
-      for (std::size_t j = 0; j + 1 < nj_; ++j) {
-        jacobiens(j, k);
-        centres_ligne(j, k);
-      }
-      double somme = 0;
-      for (const double s : somme_) somme += s;
-      centres[k] = somme;
-    }
+  Rangees(std::size_t n, std::size_t longueur) : v_(n * longueur), places_(n) {
+    for (std::size_t r = 0; r < n; ++r) places_[r] = r * longueur;
   }
-
-  double minimum() const { return *std::ranges::min_element(min_); }
-  bool finies() const {
-    return std::ranges::all_of(test_, [](double t) { return t == 0; });
+  Ligne operator[](std::size_t r) const {
+    return {v_.x.data() + places_[r], v_.y.data() + places_[r], v_.z.data() + places_[r]};
+  }
+  void echanger(std::size_t r, std::size_t s) { std::swap(places_[r], places_[s]); }
+  TOUJOURS_EN_LIGNE void joindre(std::size_t r, const Ligne& a, const Ligne& b, std::size_t n) {
+    unitaires(a, b, n, v_.x.data() + places_[r], v_.y.data() + places_[r],
+              v_.z.data() + places_[r]);
   }
 
  private:
+  Vecteurs v_;
+  std::vector<std::size_t> places_;
+};
+
+/// One thread's work: some layers of cells. The unit vectors of the plane of nodes before a layer
+/// give way row by row to those of the plane behind it.
+class Tranche {
+ public:
+  Tranche(const Coordonnees& c, double sens, bool larges)
+      : c_(c),
+        sens_(sens),
+        larges_(larges),
+        ni_(static_cast<std::size_t>(c.taille[0])),
+        nj_(static_cast<std::size_t>(c.taille[1])),
+        ui_(nj_ + 2, ni_),
+        uj_(nj_ + 1, ni_),
+        uk_(2, ni_),
+        produits_(ni_),
+        si_(ni_),
+        sj_(ni_),
+        sk_(ni_),
+        min_(ni_),
+        somme_(ni_) {}
+
+  /// Layers k0 to k1 of cells, counted from 0; the sum of each goes to its place in `centres`.
+  void executer(std::size_t k0, std::size_t k1, std::vector<double>& centres) {
+#if defined(__x86_64__)
+    if (larges_ && __builtin_cpu_supports("avx2")) return executer_par_quatre(k0, k1, centres);
+#endif
+    parcourir(k0, k1, centres);
+  }
+
+  double minimum() const {
+    return *std::ranges::min_element(min_);
+  }
+
+ private:
+#if defined(__x86_64__)
+  /// The same operations, four at a time instead of two.
+  [[gnu::target("avx2")]] void executer_par_quatre(std::size_t k0, std::size_t k1,
+                                                   std::vector<double>& centres) {
+    parcourir(k0, k1, centres);
+  }
+#endif
+
+  TOUJOURS_EN_LIGNE void parcourir(std::size_t k0, std::size_t k1, std::vector<double>& centres) {
+    std::ranges::fill(min_, 1.0);
+    for (std::size_t j = 0; j < nj_; ++j) {
+      le_long_de_i(j, j, k0);
+      if (j + 1 < nj_) uj_.joindre(j, noeuds(j, k0), noeuds(j + 1, k0), ni_);
+    }
+    for (std::size_t k = k0; k < k1; ++k) {
+      std::ranges::fill(somme_, 0.0);
+      derriere(0, k);
+      for (std::size_t j = 0; j + 1 < nj_; ++j) {
+        derriere(j + 1, k);
+        uj_.joindre(nj_, noeuds(j, k + 1), noeuds(j + 1, k + 1), ni_);
+        jacobiens(j);
+        centres_ligne(j, k);
+        ui_.echanger(j, nj_ + j % 2);
+        uj_.echanger(j, nj_);
+      }
+      ui_.echanger(nj_ - 1, nj_ + (nj_ - 1) % 2);
+      double somme = 0;
+      for (const double s : somme_) somme += s;
+      centres[k] = sens_ / 64 * somme;
+    }
+  }
+
   Ligne noeuds(std::size_t j, std::size_t k) const {
     const std::size_t debut = ni_ * (j + nj_ * k);
     return {c_.x.data() + debut, c_.y.data() + debut, c_.z.data() + debut};
   }
 
-  void plan(std::size_t k) {
-    for (std::size_t j = 0; j < nj_; ++j) {
-      const Ligne a = noeuds(j, k);
-      // What is no finite number makes 0 * x differ from 0.
-      for (std::size_t i = 0; i < ni_; ++i) test_[i] += 0 * a.x[i] + 0 * a.y[i] + 0 * a.z[i];
-      unitaires(a, {a.x + 1, a.y + 1, a.z + 1}, ni_ - 1, ui_[k % 2], j * ni_);
-      if (j + 1 < nj_) unitaires(a, noeuds(j + 1, k), ni_, uj_[k % 2], j * ni_);
-    }
+  TOUJOURS_EN_LIGNE void le_long_de_i(std::size_t rangee, std::size_t j, std::size_t k) {
+    const Ligne a = noeuds(j, k);
+    ui_.joindre(rangee, a, {a.x + 1, a.y + 1, a.z + 1}, ni_ - 1);
+  }
+
+  /// The vectors of row j behind layer k, and those that lead there.
+  TOUJOURS_EN_LIGNE void derriere(std::size_t j, std::size_t k) {
+    le_long_de_i(nj_ + j % 2, j, k + 1);
+    uk_.joindre(j % 2, noeuds(j, k), noeuds(j, k + 1), ni_);
   }
 
   /// The corners of the cells of a row: each has an edge along i, one along j and one along k.
-  void jacobiens(std::size_t j, std::size_t k) {
+  TOUJOURS_EN_LIGNE void jacobiens(std::size_t j) {
     for (std::size_t cj = 0; cj < 2; ++cj)
       for (std::size_t ck = 0; ck < 2; ++ck) {
-        const Ligne a = ligne(ui_[(k + ck) % 2], (j + cj) * ni_);
-        const Ligne b = ligne(uj_[(k + ck) % 2], j * ni_), d = ligne(uk_, (j + cj) * ni_);
-        abaisser(a, b, d, sens_, ni_ - 1, min_.data());
-        abaisser(a, {b.x + 1, b.y + 1, b.z + 1}, {d.x + 1, d.y + 1, d.z + 1}, sens_, ni_ - 1,
-                 min_.data());
+        const Ligne uj = uj_[ck ? nj_ : j], uk = uk_[(j + cj) % 2];
+        // In a left-handed zone they turn the other way.
+        vectoriels(sens_ > 0 ? uj : uk, sens_ > 0 ? uk : uj, ni_, produits_.x.data(),
+                   produits_.y.data(), produits_.z.data());
+        abaisser(ui_[ck ? nj_ + (j + cj) % 2 : j + cj], ligne(produits_), ni_ - 1, min_.data());
       }
   }
 
-  /// Determinant of the mean edges along i, j and k of each cell of a row.
-  void centres_ligne(std::size_t j, std::size_t k) {
-    const std::size_t n = ni_ - 1, debut = ni_ * (j + nj_ * k), couche = ni_ * nj_;
+  /// Determinants of the mean edges along i, j and k of each cell of a row, times 64.
+  TOUJOURS_EN_LIGNE void centres_ligne(std::size_t j, std::size_t k) {
+    const std::size_t debut = ni_ * (j + nj_ * k), couche = ni_ * nj_;
     const auto coordonnee = [&](const double* v, std::vector<double> Vecteurs::*x) {
       const double* const a = v + debut;
-      aretes(a, a + ni_, a + couche, a + couche + ni_, n, (mi_.*x).data(), (mj_.*x).data(),
-             (mk_.*x).data());
+      sommes(a, a + ni_, a + couche, a + couche + ni_, ni_, (si_.*x).data(), (sj_.*x).data(),
+             (sk_.*x).data());
     };
     coordonnee(c_.x.data(), &Vecteurs::x);
     coordonnee(c_.y.data(), &Vecteurs::y);
     coordonnee(c_.z.data(), &Vecteurs::z);
-    ajouter_determinants(ligne(mi_, 0), ligne(mj_, 0), ligne(mk_, 0), sens_ / 64, n, somme_.data());
+    ajouter_determinants(ligne(si_), ligne(sj_), ligne(sk_), ni_ - 1, somme_.data());
   }
 
   const Coordonnees& c_;
   double sens_;
+  [[maybe_unused]] bool larges_;
   std::size_t ni_, nj_;
-  std::array<Vecteurs, 2> ui_, uj_;  // of planes k and k + 1, by the parity of their number
-  Vecteurs uk_;
-  Vecteurs mi_, mj_, mk_;                   // mean edges of a row of cells
-  std::vector<double> min_, somme_, test_;  // one place per i, so that the loops stay independent
+  Rangees ui_, uj_, uk_;             // after the rows of a plane, those that come
+  Vecteurs produits_;                // of a row of nodes
+  Vecteurs si_, sj_, sk_;            // sums of edges of a row of cells
+  std::vector<double> min_, somme_;  // one place per i, so that the loops stay independent
 };
 
 }  // namespace
 
-MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fils) {
+MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fils, bool larges) {
   const auto couches = static_cast<std::size_t>(c.taille[2] - 1);
   const std::size_t petits = 100'000;  // a thread costs more than so many cells
   const std::size_t nb =
       std::clamp<std::size_t>(c.x.size() / petits, 1, std::min<std::size_t>(fils, couches));
   std::vector<double> centres(couches);
   std::vector<Tranche> tranches;
-  for (std::size_t n = 0; n < nb; ++n) tranches.emplace_back(c, sens);
+  for (std::size_t n = 0; n < nb; ++n) tranches.emplace_back(c, sens, larges);
   {
     std::vector<std::jthread> en_cours;
     for (std::size_t n = 1; n < nb; ++n)
@@ -189,11 +250,13 @@ MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fil
     tranches[0].executer(0, couches / nb, centres);
   }
   MesuresCellules r;
-  for (const Tranche& t : tranches) {
-    r.jacobien_min = std::min(r.jacobien_min, t.minimum());
-    r.finies = r.finies && t.finies();
-  }
+  for (const Tranche& t : tranches) r.jacobien_min = std::min(r.jacobien_min, t.minimum());
   for (const double v : centres) r.centres += v;
+  // Each node has a part in this sum, which then is no finite number either.
+  const auto fini = [](double v) { return std::isfinite(v); };
+  r.finies = std::isfinite(r.centres) ||
+             (std::ranges::all_of(c.x, fini) && std::ranges::all_of(c.y, fini) &&
+              std::ranges::all_of(c.z, fini));
   return r;
 }
 

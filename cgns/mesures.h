@@ -64,8 +64,10 @@ struct MesuresCellules {
   double centres = 0;       ///< sum of the determinants at the cells' centres
   bool finies = true;
 };
-/// sens: 1, or -1 for a left-handed zone.
-MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fils);
+/// sens: 1, or -1 for a left-handed zone. larges: with wider vectors on processors that have them;
+/// neither these nor the number of threads changes a bit.
+MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fils,
+                                 bool larges = true);
 
 /// Signed volume of the cells between bilinear faces.
 double volume_exact(const Coordonnees& c);
