@@ -108,8 +108,12 @@ void voir_voisins(const Base& base, int b) {
       std::cout << "pas de face\n";
       continue;
     }
-    std::cout << "face " << f << " :";
     const auto face = base.faces.find(f);
+    if (face != base.faces.end() && face->second._id() == 0) {  // made by the links
+      std::cout << "face " << f << " absente du fichier, ou " << f << " sous-faces\n";
+      continue;
+    }
+    std::cout << "face " << f << " :";
     bool seul = true;
     for (int n = 0; face != base.faces.end() && n < face->second.nb_bloc(); ++n) {
       if (face->second._bloc(n) == b) continue;

@@ -178,6 +178,9 @@ TEST(Importe, SplitFaces) {
     const Resultat v = topodata({"verifie", a.cas(), "--modes", "toutes", "--bases", "essai"});
     EXPECT_EQ(v.statut, 1) << v.sortie;
     EXPECT_EQ(occurrences(v.sortie, "[V072]"), lignes(v.sortie)) << v.sortie;
+    EXPECT_NE(topodata({"voir", a.cas(), "nrm", "essai", "--voisins", "1"})
+                  .sortie.find("face 3 absente du fichier, ou 3 sous-faces"),
+              std::string::npos);
   }
   // With as many parts on two blocks, these are neighbours to the reading.
   m.s.conditions.pop_back();
