@@ -86,8 +86,16 @@ bool remplacer(std::string& texte, std::string_view apres, std::string_view de,
   return true;
 }
 
-/// Does what a line of the cases says: "FILE: [AFTER ... ]`FROM` => `TO`".
+/// Does what a line of the cases says: "FILE: [AFTER ... ]`FROM` => `TO`", or "FILE: = BASE FILE"
+/// for a copy of another.
 bool endommager(const Reelle& c, const std::string& base, const std::string& ligne) {
+  if (const std::size_t egal = ligne.find(": = "); egal != std::string::npos) {
+    const std::string de = ligne.substr(egal + 4);
+    const std::size_t blanc = de.find(' ');
+    c.ecrire(Reelle::fichier(base, ligne.substr(0, egal)),
+             c.lire(Reelle::fichier(de.substr(0, blanc), de.substr(blanc + 1))));
+    return true;
+  }
   const std::size_t deux_points = ligne.find(": "), accent = ligne.find('`', deux_points),
                     fleche = ligne.find("` => `", accent);
   if (fleche == std::string::npos || !ligne.ends_with('`')) return false;
@@ -153,27 +161,6 @@ TEST(Degats, AVertexFarOffAmongCurvedBlocks) {
   EXPECT_EQ(dits(c.chemin(), "mesh_case_8", {"ext"}),
             Lignes{"V049 vrtx:161 vertex 46: les volumes de ses 6 bloc(s) sont loin de ceux de "
                    "leurs sommets"});
-}
-
-TEST(Degats, AFileOfAnotherCaseIsOneFinding) {
-  const Reelle c;
-  const auto dire = [&](const std::string& de, const std::string& dit) {
-    const std::string fichier = Reelle::fichier("mesh_case_6", de), avant = c.lire(fichier);
-    c.ecrire(fichier, c.lire(Reelle::fichier("mesh_case_5", de)));
-    EXPECT_EQ(dits(c.chemin(), "mesh_case_6", {"nrm"}), Lignes{dit});
-    c.ecrire(fichier, avant);
-  };
-  dire("nrm.blck", "V038 face:1 fichier: les faces de 20 blocs sur 22 ne tiennent pas ensemble");
-  dire("nrm.face",
-       "V038 face:1 fichier: 24 numeros de edge n'existent pas dans "
-       "mesh_case_6/mesh_case_6_nrm.edge");
-  dire("nrm.edge",
-       "V038 edge:1 fichier: 16 numeros de vertex n'existent pas dans "
-       "mesh_case_6/mesh_case_6_nrm.vrtx");
-  dire("nrm.vrtx",
-       "V058 vrtx:1 fichier: les positions ne sont pas celles de ces blocs : Exact de 22 blocs sur "
-       "22 est loin du volume de leurs sommets");
-  dire("def", "V071 def:1 fichier: aucun bloc ne voit une piece de cette scene");
 }
 
 TEST(Degats, AWholeCaseMirrored) {
