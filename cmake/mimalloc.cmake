@@ -3,6 +3,9 @@
 option(TOPOMINE_MIMALLOC "Link the programs with the allocator mimalloc, where there is one" ON)
 find_library(MIMALLOC_LIBRARY mimalloc)
 mark_as_advanced(MIMALLOC_LIBRARY)
+if(TOPOMINE_MIMALLOC AND NOT MIMALLOC_LIBRARY)
+  message(STATUS "The programs use the C library's allocator (Debian: libmimalloc-dev is faster)")
+endif()
 
 function(avec_mimalloc programme)
   if(TOPOMINE_MIMALLOC AND MIMALLOC_LIBRARY AND NOT TOPOMINE_SANITIZE AND NOT TOPOMINE_FUZZ)

@@ -12,10 +12,8 @@ class App;
 
 namespace topomine {
 
-/// What --version says. The run itself takes three arguments and no option: its version is said
-/// here.
-inline constexpr const char* version =
-    "topodata " TOPOMINE_VERSION ", comme topomine, make_cases et libtopomine";
+/// What --version says.
+inline constexpr const char* version = "topodata " TOPOMINE_VERSION;
 
 /// Columns to write help in: what COLUMNS says, else the terminal, else 80; never under 40.
 std::size_t largeur_aide();
