@@ -1,5 +1,3 @@
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -9,6 +7,7 @@
 #include "base/configuration.h"
 #include "base/lecture/climite.h"
 #include "base/lecture/lectures.h"
+#include "base/lecture/xml.h"
 #include "dataset/basebuffer.h"
 #include "fuzz/cibles.h"
 #include "fuzz/outils.h"
@@ -23,7 +22,7 @@ namespace {
 /// load_all, but for the files.
 bool charger(Base& base, const std::array<std::string_view, 6>& textes, Journal& journal) {
   const auto lire_xml = [&](std::string_view texte, Marche marche) {
-    TiXmlDocument doc;
+    DocumentXml doc;
     return analyser_xml(std::string(texte), doc) && marche(base, doc, "entree", journal);
   };
   oublier_configuration();

@@ -1,7 +1,5 @@
 #include "verifie/inventaire.h"
 
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -9,6 +7,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "base/lecture/xml.h"
 
 namespace topomine {
 
@@ -78,25 +78,25 @@ class Inventaire {
   Inventaire(CasLu& r, Fichier f) : r_(r), f_(f) {}
 
   /// The entities of a list, whatever their names.
-  void liste(const TiXmlNode& n, const char* sorte, const Contenu& contenu, const char* nom) {
+  void liste(Noeud n, const char* sorte, const Contenu& contenu, const char* nom) {
     int rang = 0;
-    for (const TiXmlNode* e = n.FirstChild(); e; e = e->NextSibling()) {
+    for (Noeud e = n.premier(); e; e = e.suivant()) {
       ++rang;
-      if (e->ToElement()) entite(*e, sorte, contenu, nom, rang);
+      if (e.est_element()) entite(e, sorte, contenu, nom, rang);
     }
   }
-  void entite(const TiXmlNode& n, const char* sorte, const Contenu& contenu,
-              const char* nom = nullptr, int rang = 0) {
-    const TiXmlNode* e = nom ? n.FirstChild(nom) : nullptr;
-    nom_ = e && e->FirstChild() && e->FirstChild()->ToText() ? e->FirstChild()->Value() : nullptr;
+  void entite(Noeud n, const char* sorte, const Contenu& contenu, const char* nom = nullptr,
+              int rang = 0) {
+    const Noeud e = nom ? n.premier(nom) : Noeud();
+    nom_ = e && e.premier() && e.premier().est_texte() ? e.premier().valeur() : nullptr;
     sorte_ = sorte;
     rang_ = rang;
     visiter(n, contenu);
   }
 
  private:
-  void signaler(Code code, const TiXmlNode& ou, const std::string& quoi) {
-    r_.signaler(code, f_, std::max(ou.Row(), 1), sorte_,
+  void signaler(Code code, Noeud ou, const std::string& quoi) {
+    r_.signaler(code, f_, ou.ligne(), sorte_,
                 nom_        ? nom_
                 : rang_ > 0 ? "de rang " + std::to_string(rang_)
                             : std::string(),
@@ -107,56 +107,56 @@ class Inventaire {
     return mot.fois == Fois::debut ? nom.starts_with(mot.nom) : nom == mot.nom;
   }
 
-  void visiter(const TiXmlNode& n, const Contenu& contenu) {
+  void visiter(Noeud n, const Contenu& contenu) {
     unsigned vus = 0;
     std::size_t attendu = 0;  // they mostly come in the order of the list
     // The next element of the list that stands open, looked for once: n is no answer yet.
-    const TiXmlNode* suite = &n;
+    Noeud suite = n;
     const std::size_t nb = contenu.mots.size();
-    for (const TiXmlNode* e = n.FirstChild(); e; e = e->NextSibling()) {
-      if (!e->ToElement()) {
-        autre_noeud(*e, contenu);
+    for (Noeud e = n.premier(); e; e = e.suivant()) {
+      if (!e.est_element()) {
+        autre_noeud(e, contenu);
         continue;
       }
       std::size_t i = 0;
-      while (i < nb && !est(contenu.mots[(attendu + i) % nb], e->Value())) ++i;
+      while (i < nb && !est(contenu.mots[(attendu + i) % nb], e.valeur())) ++i;
       if (i == nb) {
-        if (suite == &n)
+        if (suite == n)
           suite = contenu.mots[attendu].fois == Fois::debut
-                      ? e->NextSibling(std::string(contenu.mots[attendu].nom))
-                      : nullptr;
+                      ? e.suivant(std::string(contenu.mots[attendu].nom).c_str())
+                      : Noeud();
         if (suite) continue;  // said of the list that it ends
         if (!contenu.libre || (vus == 0 && contenu.mots[0].fois == Fois::debut))
-          signaler(Code::element_inconnu, *e, "rien ne lit l'element " + citer(e->Value()));
+          signaler(Code::element_inconnu, e, "rien ne lit l'element " + citer(e.valeur()));
         continue;
       }
       i = (attendu + i) % nb;
       const Mot& mot = contenu.mots[i];
       if (vus & 1U << i && !repete(mot, n)) {
-        signaler(Code::element_en_double, *e,
-                 citer(e->Value()) + " donne deux fois, le premier est lu");
+        signaler(Code::element_en_double, e,
+                 citer(e.valeur()) + " donne deux fois, le premier est lu");
         continue;
       }
       vus |= 1U << i;
       attendu = mot.fois == Fois::debut ? i : (i + 1) % nb;
-      suite = &n;
-      if (mot.dedans) visiter(*e, *mot.dedans);
+      suite = n;
+      if (mot.dedans) visiter(e, *mot.dedans);
     }
   }
 
   /// A slot of several sub-entities names them all; that it has several has been said.
-  static bool repete(const Mot& mot, const TiXmlNode& n) {
+  static bool repete(const Mot& mot, Noeud n) {
     if (mot.fois != Fois::multiple) return mot.fois == Fois::debut;
-    const TiXmlNode* nb = n.FirstChild("Nb" + std::string(mot.nom));
-    return !nb || !nb->FirstChild() || std::string_view(nb->FirstChild()->Value()) != "1";
+    const Noeud nb = n.premier(("Nb" + std::string(mot.nom)).c_str());
+    return !nb || !nb.premier() || std::string_view(nb.premier().valeur()) != "1";
   }
 
-  void autre_noeud(const TiXmlNode& n, const Contenu& contenu) {
-    if (n.ToText() && !contenu.libre)
-      signaler(Code::element_inconnu, n, "rien ne lit le texte '" + citer(n.Value()) + "'");
-    if (n.ToComment())
+  void autre_noeud(Noeud n, const Contenu& contenu) {
+    if (n.est_texte() && !contenu.libre)
+      signaler(Code::element_inconnu, n, "rien ne lit le texte '" + citer(n.valeur()) + "'");
+    if (n.est_commentaire())
       for (const Mot& mot : contenu.mots)
-        if (std::strstr(n.Value(), ("<" + std::string(mot.nom)).c_str()))
+        if (std::strstr(n.valeur(), ("<" + std::string(mot.nom)).c_str()))
           return signaler(Code::element_commente, n, std::string(mot.nom) + " en commentaire");
   }
 
@@ -182,25 +182,25 @@ constexpr std::array<Corps, nb_fichiers> corps{{{"definition_scene", "scene", &s
 
 }  // namespace
 
-void inventorier(CasLu& r, Fichier f, const TiXmlDocument& doc) {
+void inventorier(CasLu& r, Fichier f, const DocumentXml& doc) {
   const Corps& c = corps[f];
-  const TiXmlNode* racine = doc.FirstChild(c.racine);
+  const Noeud racine = doc.noeud().premier(c.racine);
   if (!racine) return;
-  if (const TiXmlNode* seconde = racine->NextSibling(c.racine))
-    r.signaler(Code::element_en_double, f, std::max(seconde->Row(), 1), "fichier", "",
+  if (const Noeud seconde = racine.suivant(c.racine))
+    r.signaler(Code::element_en_double, f, seconde.ligne(), "fichier", "",
                std::string(c.racine) + " donne deux fois, le premier est lu");
   Inventaire i(r, f);
-  if (f != fic_def) return i.liste(*racine, c.sorte, *c.contenu, "Ident");
-  i.entite(*racine, c.sorte, *c.contenu);
-  if (const TiXmlNode* avion = racine->FirstChild("reference_avion"))
-    for (const TiXmlNode* e = avion->FirstChild(); e; e = e->NextSibling())
-      r.lignes_avion.try_emplace(e->Value(), e->Row());
-  if (const TiXmlNode* pieces = racine->FirstChild("liste_pieces")) {
-    r.lignes_avion["liste_pieces"] = pieces->Row();
-    i.liste(*pieces, "piece", piece, "nom");
+  if (f != fic_def) return i.liste(racine, c.sorte, *c.contenu, "Ident");
+  i.entite(racine, c.sorte, *c.contenu);
+  if (const Noeud avion = racine.premier("reference_avion"))
+    for (Noeud e = avion.premier(); e; e = e.suivant())
+      r.lignes_avion.try_emplace(e.valeur(), e.ligne());
+  if (const Noeud pieces = racine.premier("liste_pieces")) {
+    r.lignes_avion["liste_pieces"] = pieces.ligne();
+    i.liste(pieces, "piece", piece, "nom");
   }
-  if (const TiXmlNode* raccords = racine->FirstChild("liste_raccords"))
-    i.liste(*raccords, "raccord", raccord, nullptr);
+  if (const Noeud raccords = racine.premier("liste_raccords"))
+    i.liste(raccords, "raccord", raccord, nullptr);
 }
 
 }  // namespace topomine

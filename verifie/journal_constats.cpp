@@ -1,11 +1,10 @@
 #include "verifie/journal_constats.h"
 
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
 
+#include "base/lecture/xml.h"
 #include "texte/nombres.h"
 
 namespace topomine {
@@ -13,10 +12,10 @@ namespace topomine {
 namespace {
 
 /// What a message calls an element: those named "Cell" only tell which one with their parent.
-std::string nom_de(const TiXmlNode& n) {
-  if (!n.ToElement()) return "commentaire ou texte";
-  const std::string nom = citer(n.Value());
-  return nom == "Cell" && n.Parent() ? citer(n.Parent()->Value()) + "/" + nom : nom;
+std::string nom_de(Noeud n) {
+  if (!n.est_element()) return "commentaire ou texte";
+  const std::string nom = citer(n.valeur());
+  return nom == "Cell" && n.parent() ? citer(n.parent().valeur()) + "/" + nom : nom;
 }
 
 std::string entre_apostrophes(std::string_view texte) {
@@ -25,15 +24,15 @@ std::string entre_apostrophes(std::string_view texte) {
 
 }  // namespace
 
-void JournalConstats::signaler(Code code, const TiXmlNode& ou, const std::string& quoi) {
-  r_.signaler(code, f_, std::max(ou.Row(), 1), sorte_, numero_, quoi);
+void JournalConstats::signaler(Code code, Noeud ou, const std::string& quoi) {
+  r_.signaler(code, f_, ou.ligne(), sorte_, numero_, quoi);
 }
 
 void JournalConstats::perdre(unsigned partie) {
   if (ident_ != 0) r_.illisibles[f_][ident_] |= partie;
 }
 
-void JournalConstats::perdre(std::string_view element, const TiXmlNode* parent) {
+void JournalConstats::perdre(std::string_view element, Noeud parent) {
   if (element == "Ident") {
     ++r_.perdus[f_];
     return;
@@ -41,7 +40,7 @@ void JournalConstats::perdre(std::string_view element, const TiXmlNode* parent) 
   constexpr std::array<std::string_view, 11> liens{"Faces",     "Face",    "Edge",      "Numero",
                                                    "NbSubFace", "SubFace", "NbSubEdge", "SubEdge",
                                                    "Vertices",  "rmin",    "rmax"};
-  const bool code = parent && parent->Value() == std::string_view("Boundary_Conditions");
+  const bool code = parent && parent.valeur() == std::string_view("Boundary_Conditions");
   perdre(code                                               ? partie_codes
          : std::ranges::find(liens, element) != liens.end() ? partie_liens
                                                             : partie_valeurs);
@@ -54,20 +53,20 @@ void JournalConstats::sorte(const char* sorte) {
   ident_ = 0;
 }
 
-bool JournalConstats::entite(const TiXmlNode& entite) {
+bool JournalConstats::entite(Noeud entite) {
   numero_ = "de rang " + std::to_string(++rang_);
   ident_ = 0;
   coupee_ = false;
-  if (entite.ToElement()) return true;
-  if (entite.ToComment() && std::strchr(entite.Value(), '<')) ++r_.perdus[f_];
+  if (entite.est_element()) return true;
+  if (entite.est_commentaire() && std::strchr(entite.valeur(), '<')) ++r_.perdus[f_];
   signaler(Code::intrus, entite, "un commentaire ou un texte tient sa place");
   return false;
 }
 
-void JournalConstats::ident(const TiXmlNode& entite, int numero) {
+void JournalConstats::ident(Noeud entite, int numero) {
   numero_ = std::to_string(numero);
   ident_ = numero;
-  const auto [place, nouveau] = r_.lignes[f_].try_emplace(numero, entite.Row());
+  const auto [place, nouveau] = r_.lignes[f_].try_emplace(numero, entite.ligne());
   if (numero <= 0)
     signaler(Code::numero_negatif, entite, "numero nul ou negatif, rien ne s'y relie");
   else if (!nouveau)
@@ -77,7 +76,7 @@ void JournalConstats::ident(const TiXmlNode& entite, int numero) {
     r_.disputes[f_].insert(numero);
     ++r_.perdus[f_];
   }
-  place->second = entite.Row();
+  place->second = entite.ligne();
 }
 
 void JournalConstats::nom_de_piece(std::string_view nom) {
@@ -85,71 +84,71 @@ void JournalConstats::nom_de_piece(std::string_view nom) {
   noms_.emplace(nom);
 }
 
-void JournalConstats::absent(const TiXmlNode& parent, const char* nom) {
+void JournalConstats::absent(Noeud parent, const char* nom) {
   signaler(Code::element_absent, parent, std::string("pas d'element ") + nom);
-  perdre(nom, &parent);
+  perdre(nom, parent);
   if (f_ == fic_def) ++r_.perdus[f_];
 }
 
-std::optional<std::string_view> JournalConstats::texte(const TiXmlNode& element) {
-  if (!element.ToElement()) {
+std::optional<std::string_view> JournalConstats::texte(Noeud element) {
+  if (!element.est_element()) {
     signaler(Code::intrus, element, "un commentaire ou un texte tient la place d'un element");
-    perdre(element.Value(), element.Parent());
+    perdre(element.valeur(), element.parent());
     return {};
   }
-  const TiXmlNode* n = element.FirstChild();
-  if (!n || !n->ToText()) {
+  const Noeud n = element.premier();
+  if (!n || !n.est_texte()) {
     signaler(Code::texte_absent, element,
              nom_de(element) + (n ? " ne commence pas par un texte" : " sans texte"));
-    perdre(element.Value(), element.Parent());
+    perdre(element.valeur(), element.parent());
     return {};
   }
-  for (const TiXmlNode* suite = n->NextSibling(); suite; suite = suite->NextSibling()) {
-    if (suite->ToComment()) continue;
+  for (Noeud suite = n.suivant(); suite; suite = suite.suivant()) {
+    if (suite.est_commentaire()) continue;
     signaler(Code::texte_laisse, element,
-             nom_de(element) + " : seul " + entre_apostrophes(n->Value()) +
+             nom_de(element) + " : seul " + entre_apostrophes(n.valeur()) +
                  " est lu, la suite est laissee");
-    perdre(element.Value(), element.Parent());
+    perdre(element.valeur(), element.parent());
     return {};
   }
-  return n->Value();
+  return n.valeur();
 }
 
-std::optional<int> JournalConstats::entier(const TiXmlNode& element) {
+std::optional<int> JournalConstats::entier(Noeud element) {
   const auto t = texte(element);
   const auto v = t ? entier_strict(*t) : std::nullopt;
   if (t && !v) {
     signaler(Code::pas_un_nombre, element,
              nom_de(element) + " n'est pas un entier : " + entre_apostrophes(*t));
-    perdre(element.Value(), element.Parent());
+    perdre(element.valeur(), element.parent());
   }
   return v;
 }
 
-std::optional<double> JournalConstats::reel(const TiXmlNode& element) {
+std::optional<double> JournalConstats::reel(Noeud element) {
   const auto t = texte(element);
   const auto v = t ? reel_strict(*t) : std::nullopt;
   if (t && !v) {
     signaler(Code::pas_un_nombre, element,
              nom_de(element) + " n'est pas un nombre : " + entre_apostrophes(*t));
-    perdre(element.Value(), element.Parent());
+    perdre(element.valeur(), element.parent());
   }
   return v;
 }
 
-const TiXmlNode* JournalConstats::enfant(const TiXmlNode& parent, const char* nom) {
-  const TiXmlNode* n = parent.FirstChild(nom);
+Noeud JournalConstats::enfant(Noeud parent, const char* nom) {
+  const Noeud n = parent.premier(nom);
   if (!n) absent(parent, nom);
   return n;
 }
 
-std::optional<int> JournalConstats::entier(const TiXmlNode& parent, const char* nom) {
-  const TiXmlNode* n = enfant(parent, nom);
-  return n ? entier(*n) : std::nullopt;
+std::optional<int> JournalConstats::entier(Noeud parent, const char* nom) {
+  const Noeud n = enfant(parent, nom);
+  return n ? entier(n) : std::nullopt;
 }
 
-std::optional<Case> JournalConstats::lire_case(Cases& cases, const TiXmlNode& place) {
-  if (!place.ToElement()) {
+std::optional<Case> JournalConstats::lire_case(Cases& cases, Noeud place) {
+  if (!place.est_element()) {
     signaler(Code::intrus, place, "un commentaire ou un texte tient la place d'une case");
     perdre(partie_liens);
     return {};
@@ -177,7 +176,7 @@ std::optional<Case> JournalConstats::lire_case(Cases& cases, const TiXmlNode& pl
   return Case{*numero, contenu_de_case(cases, *numero, place)};
 }
 
-int JournalConstats::contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place) {
+int JournalConstats::contenu_de_case(const Cases& cases, int numero, Noeud place) {
   const std::string nom = std::string(cases.quoi) + " " + std::to_string(numero);
   const auto nb = entier(place, cases.nb);
   if (!nb || *nb == 0) return 0;
@@ -200,12 +199,12 @@ int JournalConstats::contenu_de_case(const Cases& cases, int numero, const TiXml
   return std::max(contenu.value_or(0), 0);
 }
 
-std::vector<int> JournalConstats::sous_faces(const Cases& cases, int nb, const TiXmlNode& place) {
+std::vector<int> JournalConstats::sous_faces(const Cases& cases, int nb, Noeud place) {
   std::vector<int> faces;
   if (nb < 2 || f_ != fic_blck || ident_ <= 0) return faces;
-  for (const TiXmlNode* n = place.FirstChild(cases.sous); n; n = n->NextSibling(cases.sous)) {
-    const TiXmlNode* const t = n->FirstChild();
-    const auto v = t && t->ToText() ? entier_strict(t->Value()) : std::nullopt;
+  for (Noeud n = place.premier(cases.sous); n; n = n.suivant(cases.sous)) {
+    const Noeud t = n.premier();
+    const auto v = t && t.est_texte() ? entier_strict(t.valeur()) : std::nullopt;
     if (!v || *v <= 0) return {};
     faces.push_back(*v);
   }
@@ -213,7 +212,7 @@ std::vector<int> JournalConstats::sous_faces(const Cases& cases, int nb, const T
   return faces;
 }
 
-void JournalConstats::cases_manquantes(const Cases& cases, const TiXmlNode& entite) {
+void JournalConstats::cases_manquantes(const Cases& cases, Noeud entite) {
   if (coupee_ || cases.illisible || cases.vues == 0) return;  // said already
   for (int i = 1; i <= cases.nb_cases; ++i)
     if (!(cases.vues & 1U << i)) {
@@ -223,11 +222,11 @@ void JournalConstats::cases_manquantes(const Cases& cases, const TiXmlNode& enti
     }
 }
 
-void JournalConstats::famille(const TiXmlNode& entite, const Piece& piece, const Piece& gardee,
+void JournalConstats::famille(Noeud entite, const Piece& piece, const Piece& gardee,
                               bool nouvelle) {
   int& ligne = r_.lignes_pieces[piece._fam_BC()];
   if (nouvelle) {
-    ligne = entite.Row();
+    ligne = entite.ligne();
     return;
   }
   ++r_.perdus[f_];
@@ -237,19 +236,19 @@ void JournalConstats::famille(const TiXmlNode& entite, const Piece& piece, const
                std::to_string(ligne) + ", cette piece est ignoree");
 }
 
-void JournalConstats::ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) {
+void JournalConstats::ecart(Ecart ecart, Noeud ou, std::string_view texte) {
   const std::string cite = entre_apostrophes(texte);
   switch (ecart) {
     case Ecart::reference_nulle:
       perdre(partie_liens);
       return signaler(Code::contenu_negatif, ou, nom_de(ou) + " nul ou negatif");
     case Ecart::edges_interrompues:
-      if (!ou.NextSibling("Edge")) return;
+      if (!ou.suivant("Edge")) return;
       coupee_ = true;
       perdre(partie_liens);
       return signaler(Code::liste_coupee, ou, "la liste des edges s'arrete a " + nom_de(ou));
     case Ecart::projections_interrompues:
-      if (ou.NextSibling("Proj"))
+      if (ou.suivant("Proj"))
         signaler(Code::liste_coupee, ou, "la liste des projections s'arrete a " + nom_de(ou));
       return;
     case Ecart::nb_vertex:

@@ -8,9 +8,10 @@
 #include "base/lecture/journal.h"
 #include "verifie/lecture_stricte.h"
 
-class TiXmlDocument;
-
 namespace topomine {
+
+class DocumentXml;
+class Noeud;
 
 /// What a file that could not be read is.
 const char* dire(Lecture lecture);
@@ -20,7 +21,7 @@ Code code_de(Lecture lecture);
 void preciser_lignes(CasLu& cas);
 
 /// Reads a document that was parsed with its lines, as the one of file `f`.
-void lire_document_strict(CasLu& cas, Fichier f, const TiXmlDocument& doc);
+void lire_document_strict(CasLu& cas, Fichier f, const DocumentXml& doc);
 
 /// Reads the text of a climite.cfg.
 void lire_config_strict(ConfigLue& cas, std::string_view texte);
@@ -40,30 +41,29 @@ class JournalConstats final : public JournalStrict {
   void faute(const Faute& /*faute*/) override {}
 
   void sorte(const char* sorte) override;
-  bool entite(const TiXmlNode& entite) override;
-  void ident(const TiXmlNode& entite, int numero) override;
+  bool entite(Noeud entite) override;
+  void ident(Noeud entite, int numero) override;
   void nom_de_piece(std::string_view nom) override;
-  void absent(const TiXmlNode& parent, const char* nom) override;
-  std::optional<std::string_view> texte(const TiXmlNode& element) override;
-  std::optional<int> entier(const TiXmlNode& element) override;
-  std::optional<double> reel(const TiXmlNode& element) override;
-  std::optional<Case> lire_case(Cases& cases, const TiXmlNode& place) override;
-  void cases_manquantes(const Cases& cases, const TiXmlNode& entite) override;
-  void famille(const TiXmlNode& entite, const Piece& piece, const Piece& gardee,
-               bool nouvelle) override;
-  void ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) override;
+  void absent(Noeud parent, const char* nom) override;
+  std::optional<std::string_view> texte(Noeud element) override;
+  std::optional<int> entier(Noeud element) override;
+  std::optional<double> reel(Noeud element) override;
+  std::optional<Case> lire_case(Cases& cases, Noeud place) override;
+  void cases_manquantes(const Cases& cases, Noeud entite) override;
+  void famille(Noeud entite, const Piece& piece, const Piece& gardee, bool nouvelle) override;
+  void ecart(Ecart ecart, Noeud ou, std::string_view texte) override;
 
  private:
-  void signaler(Code code, const TiXmlNode& ou, const std::string& quoi);
+  void signaler(Code code, Noeud ou, const std::string& quoi);
   /// That part of the entity under way could not be read, or the entity itself when it is its
   /// Ident.
   void perdre(unsigned partie);
-  void perdre(std::string_view element, const TiXmlNode* parent);
-  const TiXmlNode* enfant(const TiXmlNode& parent, const char* nom);
-  std::optional<int> entier(const TiXmlNode& parent, const char* nom);
+  void perdre(std::string_view element, Noeud parent);
+  Noeud enfant(Noeud parent, const char* nom);
+  std::optional<int> entier(Noeud parent, const char* nom);
   /// The faces that share the slot; none unless there are as many as it says.
-  std::vector<int> sous_faces(const Cases& cases, int nb, const TiXmlNode& place);
-  int contenu_de_case(const Cases& cases, int numero, const TiXmlNode& place);
+  std::vector<int> sous_faces(const Cases& cases, int nb, Noeud place);
+  int contenu_de_case(const Cases& cases, int numero, Noeud place);
 
   CasLu& r_;
   Fichier f_;

@@ -1,11 +1,10 @@
 #include "verifie/lecture_stricte.h"
 
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "base/lecture/lectures.h"
+#include "base/lecture/xml.h"
 #include "verifie/balises.h"
 #include "verifie/inventaire.h"
 #include "verifie/journal_constats.h"
@@ -23,17 +22,16 @@ std::string abreger(const std::string& texte) {
 
 /// A document that the parser refuses: where its tags stop making sense, else where it stopped.
 FauteOctets refus(const std::string& fichier, const std::optional<FauteOctets>& codage,
-                  const TiXmlDocument& doc) {
+                  const DocumentXml& doc) {
   std::string texte;
   if (lire_fichier(fichier, texte) != Lecture::faite ||
       texte.find_first_not_of(" \t\r\n") == std::string::npos)
     return {Code::document_vide, 1, "vide"};
   if (auto faute = faute_xml(texte)) return *std::move(faute);
   if (codage) return {Code::xml_mal_forme, codage->ligne, codage->quoi};
-  if (!doc.Error() || doc.ErrorId() == TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY)
-    return {Code::document_vide, 1, "aucun element"};
-  return {Code::xml_mal_forme, std::max(doc.ErrorRow(), 1),
-          "illisible a la colonne " + std::to_string(std::max(doc.ErrorCol(), 1))};
+  const auto [vide, ligne, colonne] = doc.arret();
+  if (vide) return {Code::document_vide, 1, "aucun element"};
+  return {Code::xml_mal_forme, ligne, "illisible a la colonne " + std::to_string(colonne)};
 }
 
 /// What the parser lets pass in a document with entities or attributes; most have none.
@@ -46,7 +44,7 @@ std::optional<FauteOctets> tolerance(const std::string& texte) {
 }
 
 /// Parses one file; says why when it cannot be.
-bool ouvrir(CasLu& r, Fichier f, TiXmlDocument& doc) {
+bool ouvrir(CasLu& r, Fichier f, DocumentXml& doc) {
   const auto dire_faute = [&](const std::optional<FauteOctets>& faute) {
     if (faute) r.signaler(faute->code, f, faute->ligne, "fichier", "", faute->quoi);
     return false;
@@ -59,11 +57,11 @@ bool ouvrir(CasLu& r, Fichier f, TiXmlDocument& doc) {
   const bool lisible = analyser_xml(std::move(texte), doc, true);
   if (codage && (lisible || codage->code == Code::octet_nul)) {
     dire_faute(codage);
-    if (codage->code == Code::octet_nul) return lisible && doc.RootElement();
+    if (codage->code == Code::octet_nul) return lisible && doc.racine();
   }
   if (!lisible) return dire_faute(refus(r.noms[f], codage, doc));
   dire_faute(toleree);
-  if (doc.RootElement()) return true;
+  if (doc.racine()) return true;
   return dire_faute(FauteOctets{Code::document_vide, 1, "coupe avant son premier element"});
 }
 
@@ -74,7 +72,7 @@ struct SorteDeFichier {
   Marche marche;
 };
 
-bool parcourir_def(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_def(Base& base, const DocumentXml& doc, const std::string& fichier,
                    Journal& journal) {
   return parcourir_plane(base, doc, fichier, journal) &&
          parcourir_scene(base, doc, fichier, journal);
@@ -116,9 +114,9 @@ Code code_de(Lecture lecture) {
   return manque ? Code::fichier_absent : Code::fichier_illisible;
 }
 
-void lire_document_strict(CasLu& r, Fichier f, const TiXmlDocument& doc) {
+void lire_document_strict(CasLu& r, Fichier f, const DocumentXml& doc) {
   const SorteDeFichier& sorte = sortes[f];
-  if (!doc.FirstChild(sorte.racine)) {
+  if (!doc.noeud().premier(sorte.racine)) {
     r.signaler(Code::racine_absente, f, 1, "fichier", "",
                std::string("pas d'element ") + sorte.racine);
     return;
@@ -132,7 +130,7 @@ void lire_document_strict(CasLu& r, Fichier f, const TiXmlDocument& doc) {
   if (f == fic_def || !r.lignes[f].empty() || r.perdus[f] > 0) return;
   r.lus[f] = false;
   if (r.constats.size() > avant) return;  // what tells why there are none
-  r.signaler(Code::base_vide, f, std::max(doc.FirstChild(sorte.racine)->Row(), 1), "fichier", "",
+  r.signaler(Code::base_vide, f, doc.noeud().premier(sorte.racine).ligne(), "fichier", "",
              std::string("aucune entite ") + sorte.entites);
 }
 
@@ -176,7 +174,7 @@ CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::str
   for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
     const std::string milieu = f == fic_def ? "" : "_" + mode;
     r.noms[f] = r.base.nom_base + milieu + sortes[f].suffixe;
-    if (TiXmlDocument doc; ouvrir(r, f, doc)) lire_document_strict(r, f, doc);
+    if (DocumentXml doc; ouvrir(r, f, doc)) lire_document_strict(r, f, doc);
   }
   return r;
 }

@@ -1,5 +1,3 @@
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -8,30 +6,31 @@
 #include <vector>
 
 #include "base/lecture/document.h"
+#include "base/lecture/xml.h"
 #include "verifie/journal_constats.h"
 
 namespace topomine {
 
 namespace {
 
-std::string_view texte_de(const TiXmlNode* n) {
-  n = n ? n->FirstChild() : nullptr;
-  return n ? n->Value() : std::string_view();
+std::string_view texte_de(Noeud n) {
+  n = n ? n.premier() : n;
+  return n ? n.valeur() : std::string_view();
 }
 
 /// The element that a path leads to from n, as far as it goes: names, a number for the slot that
 /// has it.
-const TiXmlNode* suivre(const TiXmlNode& n, std::string_view chemin) {
-  const TiXmlNode* ici = &n;
+Noeud suivre(Noeud n, std::string_view chemin) {
+  Noeud ici = n;
   while (!chemin.empty()) {
     const std::size_t fin = std::min(chemin.find('/'), chemin.size());
     const std::string mot(chemin.substr(0, fin));
-    const TiXmlNode* suite = nullptr;
+    Noeud suite;
     if (mot[0] >= '0' && mot[0] <= '9') {
       suite = ici;
-      while (suite && texte_de(suite->FirstChild("Numero")) != mot) suite = suite->NextSibling();
+      while (suite && texte_de(suite.premier("Numero")) != mot) suite = suite.suivant();
     } else {
-      suite = ici->FirstChild(mot.c_str());
+      suite = ici.premier(mot.c_str());
     }
     if (!suite) break;
     ici = suite;
@@ -48,15 +47,15 @@ void preciser_lignes(CasLu& r) {
     for (Constat& c : r.constats)
       if (!c.champ.empty() && c.fichier == r.noms[f]) par_numero[c.numero].push_back(&c);
     if (par_numero.empty()) continue;
-    TiXmlDocument doc;
+    DocumentXml doc;
     std::string texte;
     if (lire_fichier(r.noms[f], texte) != Lecture::faite ||
-        !analyser_xml(std::move(texte), doc, true) || !doc.RootElement())
+        !analyser_xml(std::move(texte), doc, true) || !doc.racine())
       continue;
-    for (const TiXmlNode* n = doc.RootElement()->FirstChild(); n; n = n->NextSibling()) {
-      const auto trouves = par_numero.find(texte_de(n->FirstChild("Ident")));
+    for (Noeud n = doc.racine().premier(); n; n = n.suivant()) {
+      const auto trouves = par_numero.find(texte_de(n.premier("Ident")));
       if (trouves == par_numero.end()) continue;
-      for (Constat* c : trouves->second) c->ligne = std::max(suivre(*n, c->champ)->Row(), 1);
+      for (Constat* c : trouves->second) c->ligne = suivre(n, c->champ).ligne();
     }
   }
 }

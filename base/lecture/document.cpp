@@ -1,7 +1,5 @@
 #include "base/lecture/document.h"
 
-#include <tinyxml.h>
-
 #include <cstring>
 #include <exception>
 #include <utility>
@@ -10,6 +8,7 @@
 #include "base/lecture/journal.h"
 #include "base/lecture/limites_xml.h"
 #include "base/lecture/tranches.h"
+#include "base/lecture/xml.h"
 
 namespace topomine {
 
@@ -37,13 +36,10 @@ void preparer(std::string& texte) {
 
 }  // namespace
 
-bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi) {
+bool analyser_xml(std::string texte, DocumentXml& doc, bool suivi) {
   preparer(texte);
   if (!xml_lisible(texte)) return false;
-  doc.Clear();
-  doc.SetTabSize(suivi ? 1 : 0);
-  doc.Parse(texte.c_str());
-  return !doc.Error();
+  return doc.analyser(texte, suivi);
 }
 
 bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec echec,
@@ -57,7 +53,7 @@ bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec 
         if (Tranches tranches(texte, taille_tranche); tranches.commencer())
           return marche(base, tranches.document(), fichier, journal);
       }
-      TiXmlDocument doc;
+      DocumentXml doc;
       if (analyser_xml(std::move(texte), doc)) {
         journal.trace("done. ");
         return marche(base, doc, fichier, journal);

@@ -3,19 +3,19 @@
 #include <string>
 
 class Base;
-class TiXmlDocument;
 
 namespace topomine {
 
+class DocumentXml;
 class Journal;
 
 /// Parses a document held in memory; false when it is not well-formed or goes beyond the limits of
 /// limites_xml.h. One without any element is well-formed for the parser. `texte` is spent.
 /// suivi: with the line of each node, which costs a tenth of the time.
-bool analyser_xml(std::string texte, TiXmlDocument& doc, bool suivi = false);
+bool analyser_xml(std::string texte, DocumentXml& doc, bool suivi = false);
 
 /// A walk: reads what a document holds into the base. `fichier` only names it in messages.
-using Marche = bool (*)(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+using Marche = bool (*)(Base& base, const DocumentXml& doc, const std::string& fichier,
                         Journal& journal);
 
 /// How the failure to load a document is said: at the end of the opening's line, or below it.

@@ -5,9 +5,10 @@
 #include <string_view>
 
 class Piece;
-class TiXmlNode;
 
 namespace topomine {
+
+class Noeud;
 
 /// A readable document lacks an element or a text that it must have.
 struct Faute {
@@ -90,19 +91,18 @@ class JournalStrict : public Journal {
   /// What the entities that come are called.
   virtual void sorte(const char* sorte) = 0;
   /// The next entity is reached; false when it is no element and must be passed over.
-  virtual bool entite(const TiXmlNode& entite) = 0;
-  virtual void ident(const TiXmlNode& entite, int numero) = 0;
+  virtual bool entite(Noeud entite) = 0;
+  virtual void ident(Noeud entite, int numero) = 0;
   virtual void nom_de_piece(std::string_view nom) = 0;
-  virtual void absent(const TiXmlNode& parent, const char* nom) = 0;
-  virtual std::optional<std::string_view> texte(const TiXmlNode& element) = 0;
-  virtual std::optional<int> entier(const TiXmlNode& element) = 0;
-  virtual std::optional<double> reel(const TiXmlNode& element) = 0;
-  virtual std::optional<Case> lire_case(Cases& cases, const TiXmlNode& place) = 0;
-  virtual void cases_manquantes(const Cases& cases, const TiXmlNode& entite) = 0;
+  virtual void absent(Noeud parent, const char* nom) = 0;
+  virtual std::optional<std::string_view> texte(Noeud element) = 0;
+  virtual std::optional<int> entier(Noeud element) = 0;
+  virtual std::optional<double> reel(Noeud element) = 0;
+  virtual std::optional<Case> lire_case(Cases& cases, Noeud place) = 0;
+  virtual void cases_manquantes(const Cases& cases, Noeud entite) = 0;
   /// A piece has been put into the table, or found its family taken by `gardee`.
-  virtual void famille(const TiXmlNode& entite, const Piece& piece, const Piece& gardee,
-                       bool nouvelle) = 0;
-  virtual void ecart(Ecart ecart, const TiXmlNode& ou, std::string_view texte) = 0;
+  virtual void famille(Noeud entite, const Piece& piece, const Piece& gardee, bool nouvelle) = 0;
+  virtual void ecart(Ecart ecart, Noeud ou, std::string_view texte) = 0;
 };
 
 }  // namespace topomine

@@ -27,11 +27,11 @@ bool lire_edges(Base& base, Journal& journal);
 bool lire_vrtxs(Base& base, Journal& journal);
 
 // Their walks, one per kind of file, for a run as well as for a strict reading.
-bool parcourir_plane(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
-bool parcourir_scene(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
-bool parcourir_blocs(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
-bool parcourir_faces(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
-bool parcourir_edges(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
-bool parcourir_vrtxs(Base&, const TiXmlDocument&, const std::string& fichier, Journal&);
+bool parcourir_plane(Base&, const DocumentXml&, const std::string& fichier, Journal&);
+bool parcourir_scene(Base&, const DocumentXml&, const std::string& fichier, Journal&);
+bool parcourir_blocs(Base&, const DocumentXml&, const std::string& fichier, Journal&);
+bool parcourir_faces(Base&, const DocumentXml&, const std::string& fichier, Journal&);
+bool parcourir_edges(Base&, const DocumentXml&, const std::string& fichier, Journal&);
+bool parcourir_vrtxs(Base&, const DocumentXml&, const std::string& fichier, Journal&);
 
 }  // namespace topomine

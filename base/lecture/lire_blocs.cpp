@@ -25,7 +25,7 @@ void lire_cases(Parcours& p, Noeud n, Block& bloc) {
   Cases cases{"face", "NbSubFace", "SubFace", nb_faces_bloc,
               "base comportant des sousfaces mulitples ou negatives...."};
   const Noeud liste = p.enfant(n, "Faces", "facs");
-  for (Noeud place = p.enfant(liste, "Face", "face"); place; place = place->NextSibling()) {
+  for (Noeud place = p.enfant(liste, "Face", "face"); place; place = place.suivant()) {
     const auto lue = p.lire_case(cases, place);
     if (!lue) continue;
     if (lue->numero >= 1 && lue->numero <= nb_faces_bloc)
@@ -46,11 +46,11 @@ bool lire_blocs(Base& base, Journal& journal) {
                        Echec::meme_ligne, journal);
 }
 
-bool parcourir_blocs(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_blocs(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_blocs()", fichier, journal);
   Block bloc;
-  const Noeud blocs = p.enfant(&doc, "Blocks");
+  const Noeud blocs = p.enfant(doc.noeud(), "Blocks");
   p.sorte("bloc");
   for (Noeud n = p.premiere(blocs); n; n = p.suivante(n)) {
     bloc.clear();

@@ -8,11 +8,11 @@ bool lire_edges(Base& base, Journal& journal) {
                        Echec::ligne_neuve, journal);
 }
 
-bool parcourir_edges(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_edges(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_edges()", fichier, journal);
   Edge edge;
-  const Noeud edges = p.enfant(&doc, "Edges");
+  const Noeud edges = p.enfant(doc.noeud(), "Edges");
   p.sorte("edge");
   for (Noeud n = p.premiere(edges); n; n = p.suivante(n)) {
     edge.clear();

@@ -12,7 +12,7 @@ bool lire_cases(Parcours& p, Noeud n, Face& face) {
   Cases cases{"edge", "NbSubEdge", "SubEdge", nb_edges_face,
               "base comportant des sousedges multiples ou negatives...."};
   Noeud place = p.enfant(n, "Edge", "hnode");
-  for (; place && nom_commence(place, "Edge"); place = place->NextSibling()) {
+  for (; place && nom_commence(place, "Edge"); place = place.suivant()) {
     const auto lue = p.lire_case(cases, place);
     if (!lue) continue;
     // Any number outside the list appends; 0 would be slot -1, and so would the smallest int.
@@ -20,7 +20,7 @@ bool lire_cases(Parcours& p, Noeud n, Face& face) {
     if (face.nb_edge() > edges_max) return false;
   }
   if (place && !p.ecart(Ecart::edges_interrompues, place))
-    p.journal().trace("fin des edges... avec value = " + affichable(place->Value()));
+    p.journal().trace("fin des edges... avec value = " + affichable(place.valeur()));
   p.cases_manquantes(cases, n);
   return true;
 }
@@ -32,11 +32,11 @@ bool lire_faces(Base& base, Journal& journal) {
                        Echec::ligne_neuve, journal);
 }
 
-bool parcourir_faces(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_faces(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_faces()", fichier, journal);
   Face face;
-  const Noeud faces = p.enfant(&doc, "Faces");
+  const Noeud faces = p.enfant(doc.noeud(), "Faces");
   p.sorte("face");
   for (Noeud n = p.premiere(faces); n; n = p.suivante(n)) {
     face.clear();

@@ -18,8 +18,8 @@ bool lire_piece(Parcours& p, Noeud n, Piece& piece) {
   piece._topology(p.topologie(topologie));
   // The first "special" only opens the list, its own text is not taken. A piece without one has all
   // of its children for specials, name, family and topology included: what users' files count on.
-  const Noeud ouvre = n->FirstChild("special");
-  for (Noeud s = ouvre ? ouvre->NextSibling() : n->FirstChild(); s; s = s->NextSibling()) {
+  const Noeud ouvre = n.premier("special");
+  for (Noeud s = ouvre ? ouvre.suivant() : n.premier(); s; s = s.suivant()) {
     if (p.stricte() && (s == nom || s == famille || s == topologie)) continue;  // judged above
     piece.add_spe(std::string(p.texte(s, "node->FirstChild()->Value()").value_or("")));
   }
@@ -52,11 +52,11 @@ bool lire_scene(Base& base, Journal& journal) {
   return lire_document(base, base.nom_base + ".def", parcourir_scene, Echec::ligne_neuve, journal);
 }
 
-bool parcourir_plane(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_plane(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_plane()", fichier, journal);
   p.sorte("reference_avion");
-  const Noeud scene = p.enfant(&doc, "definition_scene", "avion");
+  const Noeud scene = p.enfant(doc.noeud(), "definition_scene", "avion");
   const Noeud n = p.enfant(scene, "reference_avion", "avion");
   Avion& avion = base.avion;
   avion.clear();
@@ -73,10 +73,10 @@ bool parcourir_plane(Base& base, const TiXmlDocument& doc, const std::string& fi
   return true;
 }
 
-bool parcourir_scene(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_scene(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_scene()", fichier, journal);
-  const Noeud scene = p.enfant(&doc, "definition_scene");
+  const Noeud scene = p.enfant(doc.noeud(), "definition_scene");
   p.sorte("liste_pieces");
   const Noeud pieces = p.enfant(scene, "liste_pieces");
   p.sorte("piece");

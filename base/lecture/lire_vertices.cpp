@@ -17,8 +17,8 @@ std::array<double, 3> lire_xyz(Parcours& p, Noeud parent) {
 }
 
 void lire_projections(Parcours& p, Noeud n, Vertex& vrtx) {
-  Noeud proj = n->FirstChild("Proj");
-  for (; proj && nom_commence(proj, "Proj"); proj = proj->NextSibling()) {
+  Noeud proj = n.premier("Proj");
+  for (; proj && nom_commence(proj, "Proj"); proj = proj.suivant()) {
     const int famille = p.entier(proj, "Famille");
     const auto [px, py, pz] = lire_xyz(p, p.enfant(proj, "Coord"));
     const auto [nx, ny, nz] = lire_xyz(p, p.enfant(proj, "Normale"));
@@ -34,11 +34,11 @@ bool lire_vrtxs(Base& base, Journal& journal) {
                        Echec::ligne_neuve, journal);
 }
 
-bool parcourir_vrtxs(Base& base, const TiXmlDocument& doc, const std::string& fichier,
+bool parcourir_vrtxs(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_vrtxs()", fichier, journal);
   Vertex vrtx;
-  const Noeud vertices = p.enfant(&doc, "Vertices");
+  const Noeud vertices = p.enfant(doc.noeud(), "Vertices");
   p.sorte("vertex");
   for (Noeud n = p.premiere(vertices); n; n = p.suivante(n)) {
     vrtx.clear();

@@ -12,7 +12,7 @@ namespace {
 /// Names from the top element down to `nom`, a child of `n`.
 std::string chemin_xml(Noeud n, std::string_view nom) {
   std::string chemin(nom);
-  for (; n && n->ToElement(); n = n->Parent()) chemin.insert(0, std::string(n->Value()) + "/");
+  for (; n && n.est_element(); n = n.parent()) chemin.insert(0, std::string(n.valeur()) + "/");
   return affichable(chemin);
 }
 
@@ -26,10 +26,10 @@ void Parcours::sorte(const char* sorte) {
 }
 
 Noeud Parcours::entite(Noeud n) {
-  for (; n; n = n->NextSibling()) {
+  for (; n; n = n.suivant()) {
     ++rang_;
     numero_.reset();
-    if (!strict_ || strict_->entite(*n)) break;
+    if (!strict_ || strict_->entite(n)) break;
   }
   return n;
 }
@@ -37,13 +37,13 @@ Noeud Parcours::entite(Noeud n) {
 int Parcours::ident(Noeud n) {
   const Noeud element = enfant(n, "Ident");
   if (element) numero_ = entier_lu(element);
-  if (strict_ && numero_) strict_->ident(*n, *numero_);
+  if (strict_ && numero_) strict_->ident(n, *numero_);
   return numero_.value_or(0);
 }
 
 Noeud Parcours::apres(Noeud precedent, Noeud n, const char* quoi, Ecart e, const char* expr) {
-  if (!precedent) return nullptr;
-  const Noeud suivant = precedent->NextSibling();
+  if (!precedent) return {};
+  const Noeud suivant = precedent.suivant();
   if (!suivant && !ecart(e, n)) faute(expr, n, quoi);
   return suivant;
 }
@@ -64,7 +64,7 @@ char Parcours::topologie(Noeud element) {
 }
 
 std::optional<Case> Parcours::lire_case(Cases& cases, Noeud place) {
-  if (strict_) return strict_->lire_case(cases, *place);
+  if (strict_) return strict_->lire_case(cases, place);
   const int numero = entier(place, "Numero");
   const int nb = entier(place, cases.nb);
   if (nb == 1) return Case{numero, entier(place, cases.sous)};
@@ -74,7 +74,7 @@ std::optional<Case> Parcours::lire_case(Cases& cases, Noeud place) {
 
 void Parcours::manque(Noeud parent, const char* nom, const char* expr) const {
   if (!strict_) faute(expr, parent, nom);
-  strict_->absent(*parent, nom);
+  strict_->absent(parent, nom);
 }
 
 void Parcours::faute(const char* expr, Noeud parent, std::string_view nom) const {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <tinyxml.h>
-
 #include <map>
 #include <optional>
 #include <string>
@@ -10,17 +8,15 @@
 #include "base/base.h"
 #include "base/lecture/journal.h"
 #include "base/lecture/tranches.h"
+#include "base/lecture/xml.h"
 #include "texte/nombres.h"
 
 namespace topomine {
 
-/// A node of the document. Only a strict reading goes on with none, whose absence it has said; what
-/// is asked of none is none, in silence.
-using Noeud = const TiXmlNode*;
-
 /// A walk over the entities of one document, for a run or, when its journal is strict, for a strict
 /// reading. What the document must have and has not ends a run by a fault (see Journal::faute); a
-/// strict reading says it and goes on with the value given for that.
+/// strict reading says it and goes on with the value given for that, or with no node at all: what
+/// is asked of none is none, in silence.
 class Parcours {
  public:
   /// lecteur: the reader's signature, for faults.
@@ -32,12 +28,12 @@ class Parcours {
   /// Entities of that kind come, counted from the first.
   void sorte(const char* sorte);
   /// The entities that a list holds: each of its children, whatever its name.
-  Noeud premiere(Noeud liste) { return liste ? entite(liste->FirstChild()) : nullptr; }
+  Noeud premiere(Noeud liste) { return liste ? entite(liste.premier()) : Noeud(); }
   Noeud suivante(Noeud precedente) {
-    const Noeud n = precedente->NextSibling();
+    const Noeud n = precedente.suivant();
     // What is left unread stands in this slice, and would go with it.
     const bool reste = !nombres_.sans_reste() && !nombres_.bouche();
-    return entite(n ? n : dans_la_tranche_suivante(*precedente, reste));
+    return entite(n ? n : dans_la_tranche_suivante(precedente, reste));
   }
   /// Reads the entity's "Ident"; messages name it by this number from now on.
   int ident(Noeud n);
@@ -52,8 +48,8 @@ class Parcours {
 
   /// First child of that name, which must be.
   Noeud enfant(Noeud parent, const char* nom, const char* expr = "node") {
-    if (!parent) return nullptr;
-    const Noeud n = parent->FirstChild(nom);
+    if (!parent) return {};
+    const Noeud n = parent.premier(nom);
     if (!n) manque(parent, nom, expr);
     return n;
   }
@@ -62,21 +58,21 @@ class Parcours {
 
   /// Text of an element: the value of its first child node, which must be, up to a NUL.
   std::optional<std::string_view> texte(Noeud element, const char* expr = "node") {
-    if (strict_) return element ? strict_->texte(*element) : std::nullopt;
+    if (strict_) return element ? strict_->texte(element) : std::nullopt;
     return texte_lu(element, expr);
   }
   std::string texte_de(Noeud parent, const char* nom) {
     return std::string(texte(enfant(parent, nom)).value_or(""));
   }
   int entier(Noeud element, int sinon = 0) {
-    if (strict_) return element ? strict_->entier(*element).value_or(sinon) : sinon;
+    if (strict_) return element ? strict_->entier(element).value_or(sinon) : sinon;
     return nombres_.entier(texte_lu(element));
   }
   int entier(Noeud parent, const char* nom, int sinon = 0) {
     return entier(enfant(parent, nom), sinon);
   }
   double reel(Noeud element, double sinon = 0.0) {
-    if (strict_) return element ? strict_->reel(*element).value_or(sinon) : sinon;
+    if (strict_) return element ? strict_->reel(element).value_or(sinon) : sinon;
     return nombres_.reel(texte_lu(element));
   }
   double reel(Noeud parent, const char* nom, double sinon = 0.0) {
@@ -91,9 +87,9 @@ class Parcours {
   /// Calls `ajouter` with the number in each child of the optional element `nom`.
   template <class Ajouter>
   void pour_chaque_entier(Noeud n, const char* nom, Ajouter ajouter) {
-    const Noeud liste = n->FirstChild(nom);
+    const Noeud liste = n.premier(nom);
     if (!liste) return;
-    for (Noeud e = liste->FirstChild(); e; e = e->NextSibling())
+    for (Noeud e = liste.premier(); e; e = e.suivant())
       if (const auto v = entier_lu(e)) ajouter(*v);
   }
   /// Topology letter of a piece, or a character that is none.
@@ -104,18 +100,18 @@ class Parcours {
   /// a slot without a number of its own, and no content that is not the number of an entity.
   std::optional<Case> lire_case(Cases& cases, Noeud place);
   void cases_manquantes(const Cases& cases, Noeud n) {
-    if (strict_ && n) strict_->cases_manquantes(cases, *n);
+    if (strict_ && n) strict_->cases_manquantes(cases, n);
   }
   /// For a strict reading alone. True when it has been told.
   bool ecart(Ecart e, Noeud ou, std::string_view texte = {}) {
-    if (strict_ && ou) strict_->ecart(e, *ou, texte);
+    if (strict_ && ou) strict_->ecart(e, ou, texte);
     return stricte();
   }
   void nom_de_piece(std::string_view nom) {
     if (strict_) strict_->nom_de_piece(nom);
   }
   void famille(Noeud n, const Piece& piece, const Piece& gardee, bool nouvelle) {
-    if (strict_) strict_->famille(*n, piece, gardee, nouvelle);
+    if (strict_) strict_->famille(n, piece, gardee, nouvelle);
   }
 
   Journal& journal() { return journal_; }
@@ -123,12 +119,12 @@ class Parcours {
  private:
   Noeud entite(Noeud n);
   std::string_view texte_lu(Noeud element, const char* expr = "node") const {
-    const Noeud n = element->FirstChild();
-    if (!n) faute(expr, element->Parent(), element->Value());
-    return n->Value();
+    const Noeud n = element.premier();
+    if (!n) faute(expr, element.parent(), element.valeur());
+    return n.valeur();
   }
   std::optional<int> entier_lu(Noeud element) {
-    if (strict_) return strict_->entier(*element);
+    if (strict_) return strict_->entier(element);
     return nombres_.entier(texte_lu(element));
   }
   void manque(Noeud parent, const char* nom, const char* expr) const;
@@ -148,7 +144,7 @@ class Parcours {
 
 /// True when the node's value begins with `debut`.
 inline bool nom_commence(Noeud n, std::string_view debut) {
-  return std::string_view(n->Value()).starts_with(debut);
+  return std::string_view(n.valeur()).starts_with(debut);
 }
 
 }  // namespace topomine

@@ -67,7 +67,7 @@ Coupe reperer_coupe(std::string_view texte, std::size_t taille) {
 Tranches::Tranches(std::string texte, std::size_t taille)
     : texte_(std::move(texte)),
       coupe_(reperer_coupe(std::string_view(texte_).substr(0, texte_.find('\0')), taille)) {
-  doc_.SetUserData(&moi_);
+  doc_.marquer(&moi_);
 }
 
 bool Tranches::commencer() {
@@ -81,18 +81,17 @@ bool Tranches::analyser() {
   return analyser_xml(std::move(tranche), doc_);
 }
 
-const TiXmlNode* Tranches::suivante() {
+Noeud Tranches::suivante() {
   while (++rang_ + 1 < coupe_.bornes.size()) {
     if (!analyser()) throw std::runtime_error("tranche illisible");
-    if (const TiXmlNode* n = doc_.RootElement()->FirstChild()) return n;
+    if (const Noeud n = doc_.racine().premier()) return n;
   }
-  return nullptr;
+  return {};
 }
 
-const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere, bool retenue) {
-  const TiXmlDocument* doc = derniere.GetDocument();
-  const void* moi = doc ? doc->GetUserData() : nullptr;
-  if (!moi) return nullptr;
+Noeud dans_la_tranche_suivante(Noeud derniere, bool retenue) {
+  const void* moi = derniere.marque();
+  if (!moi) return {};
   if (retenue) throw std::runtime_error("tranche encore lue");
   return (*static_cast<Tranches* const*>(moi))->suivante();
 }

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <tinyxml.h>
-
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "base/lecture/xml.h"
 
 namespace topomine {
 
@@ -38,10 +38,10 @@ class Tranches {
 
   /// False when the text is not to be cut, or its first slice is not well-formed.
   bool commencer();
-  const TiXmlDocument& document() const { return doc_; }
-  /// The first entity of the next slice, null at the end. Throws std::runtime_error at one that is
+  const DocumentXml& document() const { return doc_; }
+  /// The first entity of the next slice, none at the end. Throws std::runtime_error at one that is
   /// not well-formed.
-  const TiXmlNode* suivante();
+  Noeud suivante();
 
  private:
   bool analyser();
@@ -49,13 +49,13 @@ class Tranches {
   std::string texte_;
   Coupe coupe_;
   std::size_t rang_ = 0;
-  TiXmlDocument doc_;
+  DocumentXml doc_;
   Tranches* moi_ = this;  // what the nodes lead back to
 };
 
-/// The entity after the last one of a slice; null when the document has no slices. retenue: the
+/// The entity after the last one of a slice; none when the document has no slices. retenue: the
 /// slice is still needed, and the document has to be read whole. Throws std::runtime_error then,
 /// and at a slice that is not well-formed.
-const TiXmlNode* dans_la_tranche_suivante(const TiXmlNode& derniere, bool retenue);
+Noeud dans_la_tranche_suivante(Noeud derniere, bool retenue);
 
 }  // namespace topomine

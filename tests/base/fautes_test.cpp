@@ -7,6 +7,7 @@
 #include <regex>
 
 #include "base/lecture/lectures.h"
+#include "base/lecture/xml.h"
 #include "fuzz/outils.h"
 #include "tests/support/cas.h"
 #include "tests/support/rangees.h"
@@ -38,9 +39,9 @@ std::string chemin(const TiXmlNode& n) {
 /// The document without its n-th node and those of the same name beside it, with that node empty,
 /// or with a comment before it: what is done, and the fault. "." without one, "" behind the last.
 std::string essayer(const std::string& lecteur, const std::string& xml, int n, int dommage) {
-  TiXmlDocument doc;
+  DocumentXml doc;
   if (!analyser_xml(xml, doc)) return "?";
-  TiXmlNode* const cible = noeud(doc, n);
+  TiXmlNode* const cible = noeud(doc.arbre(), n);
   if (!cible) return {};
   if (cible->ToText()) return ".";
   std::string ligne = (dommage == 0 ? "- " : dommage == 1 ? "0 " : "+ ") + chemin(*cible) + " : ";

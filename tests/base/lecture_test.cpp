@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
-#include <tinyxml.h>
 #include <unistd.h>
 
 #include <map>
 
 #include "base/lecture/journal.h"
 #include "base/lecture/lectures.h"
+#include "base/lecture/xml.h"
 #include "tests/support/capture.h"
 #include "tests/support/cas.h"
 #include "tests/support/rangees.h"
@@ -31,7 +31,7 @@ std::string lire(const Lecteur& lecteur, std::string xml, bool parle) {
   const Capture c(true);
   for (std::size_t fin = 0; fin != std::string::npos; xml.erase(0, fin + 5)) {
     fin = xml.find("\n+++\n");
-    TiXmlDocument doc;
+    DocumentXml doc;
     EXPECT_TRUE(analyser_xml(xml.substr(0, fin), doc)) << xml;
     std::cout << (lecteur.marche(b, doc, "f.essai", console()) ? "" : "false\n");
     if (fin == std::string::npos) break;
@@ -127,12 +127,11 @@ TEST(Fichiers, TruncatedAnywhereAreNotWellFormed) {
     const std::string xml = "<?xml version='1.0'?>\r\n<!-- d -->\n" + c.document(b);
     std::string acceptes;
     for (std::size_t n = 0; n <= xml.rfind('>'); n += n < 200 || n + 200 > xml.size() ? 1 : 7) {
-      TiXmlDocument doc;
-      if (analyser_xml(xml.substr(0, n), doc) && doc.RootElement())
-        acceptes += ' ' + std::to_string(n);
+      DocumentXml doc;
+      if (analyser_xml(xml.substr(0, n), doc) && doc.racine()) acceptes += ' ' + std::to_string(n);
     }
     EXPECT_EQ(acceptes, "") << c.suite;
-    TiXmlDocument doc;
+    DocumentXml doc;
     EXPECT_TRUE(analyser_xml(xml + "<!-- f -->\n", doc));
   }
 }

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <tinyxml.h>
+
+#include <string>
+
+namespace topomine {
+
+// The XML library as the walks see it. Another one is put in here, in xml.cpp, and in limites_xml,
+// which looks for what this one does not survive.
+
+/// A node of a document (an element, a text, a comment ...), or none. Only whether there is one may
+/// be asked of none. Good for as long as its document.
+class Noeud {
+ public:
+  Noeud() = default;
+  Noeud(const TiXmlNode* n) : n_(n) {}
+  explicit operator bool() const { return n_ != nullptr; }
+  bool operator==(const Noeud&) const = default;
+
+  /// Children and siblings are of any kind; with a name, those of that value.
+  Noeud premier() const { return n_->FirstChild(); }
+  Noeud premier(const char* nom) const { return n_->FirstChild(nom); }
+  Noeud suivant() const { return n_->NextSibling(); }
+  Noeud suivant(const char* nom) const { return n_->NextSibling(nom); }
+  Noeud parent() const { return n_->Parent(); }
+
+  bool est_element() const { return n_->ToElement() != nullptr; }
+  bool est_texte() const { return n_->ToText() != nullptr; }
+  bool est_commentaire() const { return n_->ToComment() != nullptr; }
+
+  /// Name of an element, else what the node holds, up to a NUL.
+  const char* valeur() const { return n_->Value(); }
+  /// Counted from 1; 1 too in a document that was parsed without lines.
+  int ligne() const { return n_->Row() > 0 ? n_->Row() : 1; }
+  /// What the document was marked with, or null.
+  void* marque() const {
+    const TiXmlDocument* doc = n_->GetDocument();
+    return doc ? const_cast<void*>(doc->GetUserData()) : nullptr;
+  }
+
+ private:
+  const TiXmlNode* n_ = nullptr;
+};
+
+/// A parsed document; its node is the parent of the top element.
+class DocumentXml {
+ public:
+  /// Replaces what was there; false when the parser refuses the text, which ends at a NUL and is
+  /// within limites_xml. suivi: with the line of each node, which costs a tenth of the time.
+  bool analyser(const std::string& texte, bool suivi);
+
+  Noeud noeud() const { return &doc_; }
+  /// The first element; none when there is no element at all.
+  Noeud racine() const { return doc_.RootElement(); }
+
+  /// Where the parser stopped, when it refused.
+  struct Arret {
+    bool vide;  ///< there was nothing to parse
+    int ligne, colonne;
+  };
+  Arret arret() const;
+
+  void marquer(void* marque) { doc_.SetUserData(marque); }
+
+  /// For those who take trees apart.
+  TiXmlDocument& arbre() { return doc_; }
+
+ private:
+  TiXmlDocument doc_;
+};
+
+}  // namespace topomine
