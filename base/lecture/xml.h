@@ -14,16 +14,16 @@ namespace topomine {
 class Noeud {
  public:
   Noeud() = default;
-  Noeud(const TiXmlNode* n) : n_(n) {}
+  explicit Noeud(const TiXmlNode* n) : n_(n) {}
   explicit operator bool() const { return n_ != nullptr; }
   bool operator==(const Noeud&) const = default;
 
   /// Children and siblings are of any kind; with a name, those of that value.
-  Noeud premier() const { return n_->FirstChild(); }
-  Noeud premier(const char* nom) const { return n_->FirstChild(nom); }
-  Noeud suivant() const { return n_->NextSibling(); }
-  Noeud suivant(const char* nom) const { return n_->NextSibling(nom); }
-  Noeud parent() const { return n_->Parent(); }
+  Noeud premier() const { return Noeud(n_->FirstChild()); }
+  Noeud premier(const char* nom) const { return Noeud(n_->FirstChild(nom)); }
+  Noeud suivant() const { return Noeud(n_->NextSibling()); }
+  Noeud suivant(const char* nom) const { return Noeud(n_->NextSibling(nom)); }
+  Noeud parent() const { return Noeud(n_->Parent()); }
 
   bool est_element() const { return n_->ToElement() != nullptr; }
   bool est_texte() const { return n_->ToText() != nullptr; }
@@ -50,9 +50,9 @@ class DocumentXml {
   /// within limites_xml. suivi: with the line of each node, which costs a tenth of the time.
   bool analyser(const std::string& texte, bool suivi);
 
-  Noeud noeud() const { return &doc_; }
+  Noeud noeud() const { return Noeud(&doc_); }
   /// The first element; none when there is no element at all.
-  Noeud racine() const { return doc_.RootElement(); }
+  Noeud racine() const { return Noeud(doc_.RootElement()); }
 
   /// Where the parser stopped, when it refused.
   struct Arret {
