@@ -9,14 +9,12 @@
 #include <limits>
 #include <new>
 #include <string>
-#include <string_view>
 
 #include "app/flux_standards.h"
 #include "app/sauvegarde.h"
 #include "base/base.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
-#include "topomine/version.h"
 
 using namespace topomine;
 
@@ -67,10 +65,6 @@ int executer(const std::string& chemin, const std::string& mode) {
 int main(int argc, char** argv) {
   assurer_flux_standards();
   garder_la_memoire();
-  if (argc == 2 && std::string_view(argv[1]) == "--version") {
-    std::cout << "topomine " TOPOMINE_VERSION << std::endl;
-    return termine;
-  }
   if (argc != 4) {
     std::cout << "utilisation :\n"
               << "topomine <chemin> <ext|nrm|min> <fichier_out>" << std::endl;

@@ -8,7 +8,6 @@
 #include "tests/support/capture.h"
 #include "tests/support/cas.h"
 #include "tests/support/execution.h"
-#include "topomine/version.h"
 
 namespace fs = std::filesystem;
 
@@ -111,10 +110,6 @@ TEST(Run, Usage) {
     EXPECT_EQ(r.sortie, "utilisation :\ntopomine <chemin> <ext|nrm|min> <fichier_out>\n");
     EXPECT_EQ(r.erreur, "");
   }
-  const Resultat r = run_topomine(d, {"--version"});
-  EXPECT_EQ(r.sortie + r.erreur, "topomine " TOPOMINE_VERSION "\n");
-  EXPECT_EQ(r.statut, 0);
-  EXPECT_EQ(run_topomine(d, {"--version", "nrm"}).statut, 1);
   EXPECT_TRUE(fs::is_empty(d.chemin()));
 }
 
