@@ -75,18 +75,19 @@ class Ecrivain {
 
   /// Every third one by its points, from a range or, in turn, from a list.
   void jonction(const Jonction& j, std::size_t tiers, bool liste) {
+    if (j.nom.starts_with("seul")) return un_a_un(j, m_.s.base + "/");
     const Jonction retour{j.nom + "b", j.voisine, j.zone, j.passage(j.plage), j.passage.inverse()};
     for (const Jonction* cote : {&j, &retour})
       tiers == 2 ? par_points(*cote, liste) : un_a_un(*cote);
   }
 
-  void un_a_un(const Jonction& j) {
+  void un_a_un(const Jonction& j, const std::string& chemin = "") {
     const auto ici = bornes(j.plage.min, j.plage.max);
     const auto la = bornes(j.passage(j.plage.min), j.passage(j.plage.max));
     int n = 0;
     verifier_appel(cg_1to1_write(f_, b_, static_cast<int>(j.zone) + 1, j.nom.c_str(),
-                                 m_.s.zones[j.voisine].nom.c_str(), ici.data(), la.data(),
-                                 j.passage.t.data(), &n));
+                                 (chemin + m_.s.zones[j.voisine].nom).c_str(), ici.data(),
+                                 la.data(), j.passage.t.data(), &n));
   }
 
   void par_points(const Jonction& j, bool liste) {

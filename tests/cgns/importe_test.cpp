@@ -405,8 +405,11 @@ TEST(Importe, InSessions) {
     nomme.s.base = nom;
     ecrire_cgns(nomme, ou + nom + ".cgns", genre);
   };
-  Modele types, coin, gauche = tour(12);
+  Modele types, coin, gauche = tour(12), seule = partage();
   boite(types, 0, 0, 0, {5, 5, 2});
+  for (Jonction& j : seule.s.jonctions) j.nom = "seul" + j.nom;
+  seule.condition(1, face(seule, 1, 2), "autre/paroi_bas", 1);
+  seule.condition(2, face(seule, 2, 2), "autre/", 1);
   boite(coin, 0, 0, 0);
   coin.zone({2, 2, 2}, [](double u, double v, double w) { return Vec{1 + u, v * (1 - u), w}; });
   coin.zone({3, 2, 2}, [](double u, double v, double w) {
@@ -422,6 +425,7 @@ TEST(Importe, InSessions) {
   ecrire(tour(12), "tour");
   ecrire(gauche, "gauche");
   ecrire(partage(), "partage", Fichiers::hdf5);
+  ecrire(seule, "seule");
   ecrire(types, "types");
   ecrire(coin, "coin");
   ajouts_a_dire(ou + "dits.cgns");

@@ -53,6 +53,7 @@ void tourner(Modele& m, std::size_t zone, const std::array<int, 3>& t);
 enum class Fichiers { adf, hdf5 };
 /// Conditions come in every form that means the same: by nodes or cell faces, as a range or a list,
 /// with a type of their own or their family's.
+/// A join called "seul..." is written on its own zone only, with the path to the other one.
 void ecrire_cgns(const Modele& m, const std::string& fichier, Fichiers genre = Fichiers::adf);
 
 }  // namespace topomine
