@@ -107,15 +107,43 @@ Structure FichierCgns::structure() {
   }
   valider(s);
   repertoire.familles = types_des_familles(fichier_, base_);
+  std::string premiere;
   for (std::size_t z = 0; z < numeros_.size(); ++z) {
     noms_.push_back(s.zones[z].nom);
     if (int grilles = 0; cg_ngrids(fichier_, base_, numeros_[z], &grilles) == CG_OK && grilles > 1)
       s.dits.push_back("zone '" + noms_.back() + "' : " + std::to_string(grilles) +
                        " jeux de coordonnees, seul GridCoordinates est lu");
+    const std::string unite = unite_de_longueur(numeros_[z]);
+    if (premiere.empty())
+      premiere = unite;
+    else if (!unite.empty() && unite != premiere)
+      s.dits.push_back("zone '" + noms_.back() + "' : en " + unite + ", d'autres en " + premiere +
+                       ", les coordonnees sont prises telles quelles");
     lire_raccords(s, repertoire, {fichier_, base_, numeros_[z], z});
     lire_conditions(s, repertoire, {fichier_, base_, numeros_[z], z});
   }
   return s;
+}
+
+std::string FichierCgns::unite_de_longueur(int z) const {
+  const auto lue = [](int la) -> std::string {
+    CGNS_ENUMT(MassUnits_t) masse{};
+    CGNS_ENUMT(LengthUnits_t) longueur{};
+    CGNS_ENUMT(TimeUnits_t) temps{};
+    CGNS_ENUMT(TemperatureUnits_t) temperature{};
+    CGNS_ENUMT(AngleUnits_t) angle{};
+    if (la != CG_OK || cg_units_read(&masse, &longueur, &temps, &temperature, &angle) != CG_OK ||
+        longueur <= CGNS_ENUMV(LengthUnitsUserDefined) || longueur >= NofValidLengthUnits)
+      return "";
+    return LengthUnitsName[longueur];
+  };
+  // The innermost one counts.
+  for (const std::string& unite :
+       {lue(cg_goto(fichier_, base_, "Zone_t", z, "GridCoordinates_t", 1, "DataArray_t", 1, "end")),
+        lue(cg_goto(fichier_, base_, "Zone_t", z, "GridCoordinates_t", 1, "end")),
+        lue(cg_goto(fichier_, base_, "Zone_t", z, "end")), lue(cg_goto(fichier_, base_, "end"))})
+    if (!unite.empty()) return unite;
+  return "";
 }
 
 bool FichierCgns::a_coordonnee(int z, const char* nom) const {

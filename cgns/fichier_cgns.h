@@ -29,6 +29,9 @@ class FichierCgns {
  private:
   void choisir_base(const std::string& nom);
   Zone zone(int z) const;
+  /// That the coordinates of a zone are in, a name of the library; empty when the file does not
+  /// say.
+  std::string unite_de_longueur(int z) const;
   bool a_coordonnee(int z, const char* nom) const;
   std::map<std::string, std::size_t> ordre_des_noeuds() const;
 

@@ -157,6 +157,14 @@ void ajouts_a_dire(const std::string& fichier) {
   o.appel(cg_boco_write(o.f, o.b, 2, "nulle", CGNS_ENUMV(FamilySpecified), CGNS_ENUMV(PointRange),
                         2, fond.data(), &o.n));
   o.appel(cg_grid_write(o.f, o.b, 1, "deformee", &o.n));
+  const auto en = [&o](CGNS_ENUMT(LengthUnits_t) unite) {
+    o.appel(cg_units_write(CGNS_ENUMV(Kilogram), unite, CGNS_ENUMV(Second), CGNS_ENUMV(Kelvin),
+                           CGNS_ENUMV(Radian)));
+  };
+  o.appel(cg_goto(o.f, o.b, "end"));
+  en(CGNS_ENUMV(Millimeter));
+  o.appel(cg_goto(o.f, o.b, "Zone_t", 2, "GridCoordinates_t", 1, "end"));
+  en(CGNS_ENUMV(Meter));
   const std::array<cgsize_t, 6> bas{1, 1, 1, 3, 1, 3}, haut{1, 3, 1, 3, 3, 3};
   const std::array<float, 3> rien{0, 0, 0}, pas{0, 1, 0};
   o.appel(
