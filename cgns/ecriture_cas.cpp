@@ -37,6 +37,7 @@ class Plume {
 
 std::vector<int> codes(const CasImporte& cas, const std::vector<std::size_t>& familles) {
   std::vector<int> r;
+  r.reserve(familles.size());
   for (const std::size_t f : familles) r.push_back(cas.familles.liste[f].code);
   return r;
 }

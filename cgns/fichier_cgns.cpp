@@ -107,21 +107,22 @@ Structure FichierCgns::structure() {
   }
   valider(s);
   repertoire.familles = types_des_familles(fichier_, base_);
-  std::string premiere;
+  std::vector<std::string> unites;
   for (std::size_t z = 0; z < numeros_.size(); ++z) {
     noms_.push_back(s.zones[z].nom);
     if (int grilles = 0; cg_ngrids(fichier_, base_, numeros_[z], &grilles) == CG_OK && grilles > 1)
       s.dits.push_back("zone '" + noms_.back() + "' : " + std::to_string(grilles) +
                        " jeux de coordonnees, seul GridCoordinates est lu");
-    const std::string unite = unite_de_longueur(numeros_[z]);
-    if (premiere.empty())
-      premiere = unite;
-    else if (!unite.empty() && unite != premiere)
-      s.dits.push_back("zone '" + noms_.back() + "' : en " + unite + ", d'autres en " + premiere +
-                       ", les coordonnees sont prises telles quelles");
+    unites.push_back(unite_de_longueur(numeros_[z]));
     lire_raccords(s, repertoire, {fichier_, base_, numeros_[z], z});
     lire_conditions(s, repertoire, {fichier_, base_, numeros_[z], z});
   }
+  std::erase(unites, "");
+  std::ranges::sort(unites);
+  unites.erase(std::unique(unites.begin(), unites.end()), unites.end());
+  if (unites.size() > 1)
+    s.dits.push_back("zones en " + unites.front() + " et en " + unites.back() +
+                     ", les coordonnees sont prises telles quelles");
   return s;
 }
 

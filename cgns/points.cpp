@@ -64,6 +64,7 @@ std::vector<Ijk> images_en_ordre(const std::vector<Ijk>& noeuds, const std::vect
   }
   std::ranges::sort(paires);
   std::vector<Ijk> r;
+  r.reserve(paires.size());
   for (const auto& [noeud, image] : paires) r.push_back(image);
   return r;
 }

@@ -341,7 +341,7 @@ TEST(Importe, WhatACaseCannotExpressIsSaid) {
         "condition 'entiere' avec 1 AdditionalFamilyName",
         "zone 'zone 1' [1:3,1:3,1:1] : 2 familles",
         "condition 'nulle' sans type, la famille 'nulle' n'en donne pas non plus",
-        "zone 'zone 1' : 2 jeux de coordonnees", "zone 'zone 2' : en Meter, d'autres en Millimeter",
+        "zone 'zone 1' : 2 jeux de coordonnees", "zones en Meter et en Millimeter, les coordonnees",
         "bloc 1 i-min : 3 sous-faces",
         "famille 'interface' : code 901 (nouveau), BCCODE 9, 1 face(s)",
         "famille 'periodique' : code 801 (nouveau), BCCODE 8, 2 face(s)"})
