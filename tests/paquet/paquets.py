@@ -133,7 +133,7 @@ def refus():
 
 
 def systeme_propre(racine):
-    """A bare Debian like this one, from where this one has its packages."""
+    """A bare Debian like this one, from where this one has its packages; None when that has nothing for it."""
     if (racine / "usr/bin/dpkg").exists():
         return racine
     version = lancer("sh", "-c", ". /etc/os-release; echo $VERSION_CODENAME").strip()
@@ -151,7 +151,7 @@ def systeme_propre(racine):
             return racine
         print(f"debootstrap ended with {fini.returncode}\n{fini.stdout[-2000:]}", flush=True)
         time.sleep(5)
-    sys.exit("no clean system: debootstrap failed three times")
+    return None
 
 
 def fichiers(racine):
@@ -246,9 +246,12 @@ def main():
             build = construire(sources)
             etape("the packages")
             debs = paquets(build, dossier)
+        propre = None
         if systeme:
             etape("waiting for debootstrap")
             propre = systeme.result()
+            pourquoi = "debootstrap failed three times"
+        if propre:
             etape("installed, used and removed in the clean system")
             installer_et_oter(debs, propre)
         else:
