@@ -275,6 +275,8 @@ def main():
                 bilan[mot] = bilan.get(mot, 0) + 1
                 if mot == "survit":
                     survivants.append(m)
+                if sum(bilan.values()) % 10 == 0:
+                    print(f"# {comptes() - len(survivants)} of {comptes()} caught so far", flush=True)
                 if mot in ("survit", "introuvable"):
                     print(f"{m['fichier']}:{m['ligne']}: {mot}\n-{m['avant']}\n+{m['apres']}", flush=True)
 
