@@ -39,7 +39,10 @@ APPEL = re.compile(r"^\s*(?!return\b|throw\b|using\b|delete\b)[\w:.>\[\]*-]+\(.*
 AFFECTATION = re.compile(r"^\s*[\w:.>\[\]*()-]+ [-+|&*]?= .*;$")
 ARGUMENTS = re.compile(r"\b(\w+)\(([\w.\[\]]+), ([\w.\[\]]+)\)")
 
-
+# What cannot show: room that is reserved or kept, a function that the compiler makes where it is
+# needed, the order of arguments that mean the same either way.
+SANS_SUITE = re.compile(r"\b(?:reserve|mallopt)\(|= default;")
+SYMETRIQUES = {"min", "max", "minmax", "hypot", "distance", "scalaire", "plage_entre", "nb_communs"}
 TEXTE = re.compile(r"""\"(?:\\.|[^\"\\])*\"|(?<![0-9a-fA-F])'(?:\\.|[^'\\])*'""")
 
 
@@ -60,7 +63,8 @@ def fin_de_parenthese(code, debut):
 def fautes(ligne, avant):
     """What one fault can make of a line; `avant` is the line of code before it."""
     code = masquer(ligne)
-    if not code.strip() or re.match(r"\s*(#|static_assert|using |namespace |template)", code):
+    if not code.strip() or re.match(r"\s*(#|static_assert|using |namespace |template)", code) \
+            or SANS_SUITE.search(code):
         return
 
     def remplacer(a, b, texte):
@@ -83,14 +87,13 @@ def fautes(ligne, avant):
             yield remplacer(debut, fin, f"!({ligne[debut:fin]})")
     for m in re.finditer(r" \? ([^?:]+) : ([^?:;,)]+)", code):
         yield remplacer(*m.span(), f" ? {ligne[m.start(2):m.end(2)]} : {ligne[m.start(1):m.end(1)]}")
-    # Without room reserved, or a function of its own that the compiler makes, nothing changes.
-    if "reserve(" not in code and "= default;" not in code and (APPEL.match(code) or AFFECTATION.match(code)) \
+    if (APPEL.match(code) or AFFECTATION.match(code)) \
             and (not avant or avant[-1] in ";{}):"):
         yield re.match(r"\s*", ligne)[0] + ";"
     if m := re.match(r"(\s*return) [^;{]+;$", code):
         yield m[1] + " {};"
     for m in ARGUMENTS.finditer(code):
-        if m[2] != m[3]:
+        if m[2] != m[3] and m[1] not in SYMETRIQUES:
             yield remplacer(m.start(2), m.end(3), f"{ligne[slice(*m.span(3))]}, {ligne[slice(*m.span(2))]}")
     for m in TEXTE.finditer(ligne):
         if len(m[0]) > 2 and m[0][1] not in "\\" and code[m.start()] == "_":
