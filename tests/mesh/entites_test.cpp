@@ -3,6 +3,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/scene.h"
 #include "mesh/block.h"
 #include "mesh/edge.h"
 #include "mesh/face.h"
@@ -16,6 +17,29 @@ namespace {
 template <class Entite>
 std::string listing(const Entite& e) {
   return sortie([&] { e.Print(); });
+}
+
+TEST(Entities, AreEmptyAtFirst) {
+  EXPECT_EQ(listing(Block()),
+            "Bloc 0\nType : 0\nErikson : 0\nVolumes\n  Exact : 0\n  Mor   : 0\n  Moyen : 0\n  NSMB "
+            " : 0\nNb faces: 6\nFaces\nFace 0 : 0\nFace 1 : 0\nFace 2 : 0\nFace 3 : 0\nFace 4 : "
+            "0\nFace 5 : 0\n");
+  EXPECT_EQ(listing(Face()),
+            "Face 0\nType  : 0\nCarac : 0\nNb Edges: 4\nEdges\n  Edge 0 : 0\n  Edge 1 : 0\n  Edge "
+            "2 : 0\n  Edge 3 : 0\nNb BCs: 0\nNb blocs: 0\nNb surfs: 0\n\n");
+  EXPECT_EQ(listing(Edge()),
+            "Edge 0\nCarac : 0\nNb vertices: 2\nVertices\n  Vertex 0 : 0\n  Vertex 1 : 0\nNb BCs: "
+            "0\nNb faces: 0\n\n");
+  EXPECT_EQ(listing(Vertex()),
+            "Vertex 0\nCoordonn\351es (0,0,0)\nNb projections : 0\nNb edges: 0\n\n");
+  EXPECT_EQ(
+      listing(Avion()),
+      "R\351f\351rences Avion\n Nom     : \n Famille : \n Longueur : 0\n Envirgure: 0\n Hauteur  : "
+      "0\n Span voilure : 0\n Surf Voilure : 0\n Corde : 0\n Sweep : 0\n Nb moteur : 0\n\n");
+  EXPECT_EQ(listing(Raccord()), "Raccord  //  : \n");
+  EXPECT_TRUE(Block()._forme() == 'H' && !Block()._typeC() && Piece()._topology() == '\0');
+  EXPECT_TRUE(Face()._type() == 0 && Face()._carac() == 0 && Edge()._carac() == 0);
+  EXPECT_EQ(Avion()._height() + Avion()._corde() + Avion()._sweep(), 0);
 }
 
 TEST(Block, StoringFormsAnswerWhatTheyStored) {
