@@ -73,7 +73,7 @@ class Raccords {
                            "' : " + texte_plage(j.plage) + " et " + texte_plage(la) +
                            " de la zone '" + s_.zones[j.voisine].nom + "' ne se correspondent pas");
     if (slot_de(s_.zones[zone_].taille, j.plage) >= 0 &&
-        slot_de(s_.zones[j.voisine].taille, la) >= 0)
+        slot_de(s_.zones[j.voisine].taille, la) >= 0 && !sur_place(j))
       return false;
     dire("raccord '" + j.nom + "' " + texte_plage(j.plage) +
          " ne joint pas deux faces, laisse de cote");
@@ -84,6 +84,15 @@ class Raccords {
     if (!periodique) return s_.jonctions.push_back(moitie(j));
     ajouter_bord(j.nom, famille_periodique, bccode_periodique, zone_, j.plage);
     ajouter_bord(j.nom, famille_periodique, bccode_periodique, j.voisine, j.passage(j.plage));
+  }
+
+  /// Each node is joined to itself.
+  static bool sur_place(const Jonction& j) {
+    if (j.zone != j.voisine || j.passage(j.plage.min) != j.plage.min) return false;
+    for (std::size_t a = 0; a < 3; ++a)
+      if (j.plage.min[a] != j.plage.max[a] && j.passage.t[a] != static_cast<int>(a) + 1)
+        return false;
+    return true;
   }
 
   /// Of a face that is folded onto itself, one half, which is joined to the other.

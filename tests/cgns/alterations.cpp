@@ -156,6 +156,9 @@ void ajouts_a_dire(const std::string& fichier) {
   const std::array<cgsize_t, 6> fond{1, 1, 1, 1, 3, 3};
   o.appel(cg_boco_write(o.f, o.b, 2, "nulle", CGNS_ENUMV(FamilySpecified), CGNS_ENUMV(PointRange),
                         2, fond.data(), &o.n));
+  const std::array<cgsize_t, 6> sol{1, 1, 1, 3, 3, 1};
+  o.appel(cg_1to1_write(o.f, o.b, 2, "sur place", "zone 2", sol.data(), sol.data(), droit.data(),
+                        &o.n));
   o.appel(cg_grid_write(o.f, o.b, 1, "deformee", &o.n));
   const auto en = [&o](CGNS_ENUMT(LengthUnits_t) unite) {
     o.appel(cg_units_write(CGNS_ENUMV(Kilogram), unite, CGNS_ENUMV(Second), CGNS_ENUMV(Kelvin),

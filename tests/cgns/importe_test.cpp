@@ -338,6 +338,7 @@ TEST(Importe, WhatACaseCannotExpressIsSaid) {
         "raccord 'glissant' (Abutting) : sans correspondance",
         "raccord 'par cellules' (Overset) : ses points ne designent pas une partie d'une seule "
         "face",
+        "raccord 'sur place' [1:3,1:3,1:1] ne joint pas deux faces",
         "condition 'entiere' avec 1 AdditionalFamilyName",
         "zone 'zone 1' [1:3,1:3,1:1] : 2 familles",
         "condition 'nulle' sans type, la famille 'nulle' n'en donne pas non plus",
