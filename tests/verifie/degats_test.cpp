@@ -289,8 +289,10 @@ TEST(Degats, ModesAreComparedEntityByEntity) {
 TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
   const Reelle c;
   const std::string fichier = Reelle::fichier("mesh_case_6", "min.blck"), avant = c.lire(fichier);
-  /// Every volume with so many digits; times `facteur` in the first `nb` blocks.
-  const auto dire = [&](int chiffres, std::size_t nb, double facteur, const char* mot) {
+  /// Every volume with so many digits; times `facteur` in the first `nb` blocks, and twice that in
+  /// the first of them.
+  const auto dire = [&](int chiffres, std::size_t nb, double facteur, const char* mot,
+                        std::size_t doubles) {
     std::string texte;
     std::size_t bloc = 0;
     std::istringstream lignes(avant);
@@ -302,7 +304,8 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
         const std::size_t fin = ligne.find('<', i += 6);
         std::ostringstream v;
         v << std::setprecision(chiffres)
-          << std::stod(ligne.substr(i, fin - i)) * (ici && bloc < nb ? facteur : 1);
+          << std::stod(ligne.substr(i, fin - i)) * (ici && bloc < nb ? facteur : 1) *
+                 (ici && bloc < doubles ? 2 : 1);
         ligne.replace(i, fin - i, v.str());
       }
       ++bloc;
@@ -317,6 +320,7 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
     std::size_t nb;
     double facteur;
     const char *mot, *dit;
+    std::size_t doubles = 0;
   } rangees[]{
       {9, 1, 1, "Exact", "0"},
       {8, 1, 1, "Exact", "0"},
@@ -336,8 +340,12 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
       {10, 12, 3, "Exact", "0"},
       {10, 12, 4.5, "Exact", "1 V058 vrtx:1"},
       {10, 12, 0.2, "Exact", "13 V051 blck:4"},
+      {10, 12, 2.5, "Exact", "11 V057 blck:24", 2},
+      {10, 12, 2.5, "Exact", "4 V051 blck:4", 3},
+      {10, 11, 2.5, "Exact", "11 V052 blck:4", 5},
   };
-  for (const auto& r : rangees) EXPECT_EQ(dire(r.chiffres, r.nb, r.facteur, r.mot), r.dit);
+  for (const auto& r : rangees)
+    EXPECT_EQ(dire(r.chiffres, r.nb, r.facteur, r.mot, r.doubles), r.dit);
 }
 
 // Collapsed blocks are the same whatever their axes are called.
