@@ -76,6 +76,10 @@ TEST(Fichiers, AreWrittenWhateverTheirNameAndTheUsersSettings) {
       {"n=$(printf %0255d 1); u -o $n; u -o $n; mv $n f", "R"},
       {"mkfifo l; cat l > f & u -o l; wait", "R"},
       {"echo long > f; ln -s f l; ln -s l m; u -o m; test -L m && test -L l", "R"},
+      // Another has the name that the new file would have at first.
+      {"sh -c 'touch .topodata-$$-1; echo a > f; exec $0 resume cas nrm --bases mesh_case_1 -o f' "
+       "$p; rm .topodata-*-1",
+       "R"},
   };
   for (const auto prepare : {+[] {}, +[] { sans_fichiers_anonymes(); }})
     for (const auto& r : rangees) {
