@@ -2,7 +2,9 @@
 
 #include <tinyxml.h>
 
+#include <array>
 #include <cctype>
+#include <cstddef>
 #include <cstring>
 #include <string_view>
 
@@ -10,23 +12,31 @@ namespace topomine {
 
 namespace {
 
+/// As the parser asks; what is printed in ASCII is a blank in no locale.
 bool est_blanc(char c) {
-  return std::isspace(static_cast<unsigned char>(c)) != 0;
+  return (c <= ' ' || c > '~') && std::isspace(static_cast<unsigned char>(c)) != 0;
 }
 
-/// TinyXML takes every byte from 127 on for a letter.
-bool est_lettre(char c) {
-  const auto u = static_cast<unsigned char>(c);
-  return u >= 127 || std::isalpha(u) != 0;
-}
+/// What names begin with and go on with. TinyXML takes every byte from 127 on for a letter; below,
+/// letters are the same in every locale.
+struct Noms {
+  std::array<bool, 256> commence{}, continue_{};
+  constexpr Noms() {
+    for (std::size_t c = 0; c < 256; ++c) {
+      const bool lettre = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c >= 127;
+      commence[c] = lettre || c == '_';
+      continue_[c] = commence[c] || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
+    }
+  }
+};
+constexpr Noms noms;
 
 bool commence_nom(char c) {
-  return est_lettre(c) || c == '_';
+  return noms.commence[static_cast<unsigned char>(c)];
 }
 
 bool continue_nom(char c) {
-  return commence_nom(c) || std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '-' ||
-         c == '.' || c == ':';
+  return noms.continue_[static_cast<unsigned char>(c)];
 }
 
 /// `mot` is in lower case; the text is compared without regard to case.
@@ -146,7 +156,7 @@ class Tete {
       if (niveau_ > 0) --niveau_;
       return sauter_apres(">");
     }
-    if (voit_mot("<?xml")) return declaration();
+    if (voit("<?") && voit_mot("<?xml")) return declaration();
     if (prendre("<!--")) return sauter_apres("-->");
     if (prendre("<![CDATA[")) return sauter_apres("]]>");
     ++p_;

@@ -165,6 +165,27 @@ TEST(Covariance, KeepsTheOrderOfItsTwoStreams) {
             "b / a\tNaN\tNaN\nb / b\tNaN\tNaN\n\nfin...\n");
 }
 
+// Rows of zeros are passed over many at a time; what is left is summed in the same order.
+TEST(Covariance, OfManyRowsIsThatOfEachPair) {
+  for (const int n : {63, 64, 65, 200}) {
+    Lignes lignes;
+    for (int i = 0; i < n; ++i)
+      lignes.push_back({i % 3 == 0 ? "0" : std::to_string(i) + ".1", i % 64 == 63 ? "-7.3" : "0",
+                        std::to_string(1.0 / (i + 1)), "0"});
+    const BaseBuffer t =
+        table({{"a", "numeric"}, {"b", "numeric"}, {"c", "numeric"}, {"d", "numeric"}}, lignes);
+    std::ostringstream matrice, attendue;
+    const Capture muet;
+    t.mat_cov(matrice);
+    attendue.precision(5);
+    for (int a = 0; a < 4; ++a) {
+      for (int b = 0; b < 4; ++b) attendue << t.covar(a, b) << '\t';
+      attendue << '\n';
+    }
+    EXPECT_EQ(matrice.str(), attendue.str()) << n;
+  }
+}
+
 // A host program may have set any global locale before it makes its streams.
 TEST(Covariance, AndWritersKnowNoLocale) {
   struct Ponctuation : std::numpunct<char> {
