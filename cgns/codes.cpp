@@ -26,10 +26,12 @@ char en_latin1(const std::string& texte, std::size_t& n) {
   return '_';
 }
 
-/// A free code of the BCCODE's hundred, as in 101 for a wall; past it, behind all others.
-int code_libre(int bccode, const TableClimite& table) {
+/// A free code of the BCCODE's hundred, as in 101 for a wall; past it, behind all others. 9999 is
+/// kept for bare faces.
+int code_libre(const std::string& nom, int bccode, const TableClimite& table) {
   constexpr int centaine = 100, sans_condition = 1400;
-  if (bccode == bccode_sans_condition && !table.contains(bccode_sans_condition))
+  if (nom == famille_sans_condition && bccode == bccode_sans_condition &&
+      !table.contains(bccode_sans_condition))
     return bccode_sans_condition;
   const int debut = bccode == bccode_sans_condition ? sans_condition
                     : bccode > 0 && bccode < 14     ? bccode * centaine
@@ -88,7 +90,7 @@ class Attribution {
   Famille creer(const std::string& nom, int bccode) {
     if (const auto ligne = lignes_.find(nom); ligne != lignes_.end())
       return {nom, table_.at(ligne->second).bccode, ligne->second, false};
-    const int code = code_libre(bccode, table_);
+    const int code = code_libre(nom, bccode, table_);
     table_[code] = {bccode, nom};
     return {nom, bccode, code, true};
   }

@@ -375,6 +375,18 @@ TEST(Importe, CodesAreStable) {
   EXPECT_EQ(a.contenu().size(), 2U + 1 + 2 * 4);
 }
 
+TEST(Importe, NoFamilyTakesTheCodeOfBareFaces) {
+  Modele m;
+  m.s.base = "vide";
+  boite(m, 0, 0, 0);
+  m.condition(0, face(m, 0, 0), "vide", 13);
+  const Atelier a(m);
+  a.d.ecrire("codes.csv", "vide,9999\n");
+  ASSERT_EQ(a.importer({"--codes", a.d.chemin() + "codes.csv"}).statut, 0);
+  EXPECT_EQ(a.d.lire("cas/climite.cfg"),
+            "Damas code;BCCODE;Family;\n1401;9999;vide;\n9999;9999;sans_condition;\n");
+}
+
 // Names of any kind come through: in the summary without control characters, in the files in
 // Latin-1, in climite.cfg without the separator.
 TEST(Importe, OddNames) {
