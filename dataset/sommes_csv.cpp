@@ -106,6 +106,11 @@ bool Sommes::lire(std::string_view texte, std::string& faute) {
     }
     if (l[sorte] == "attribut") annonces.push_back({l[nom_a], l[type]});
   }
+  constexpr std::size_t attributs_max = 1000;  // there is a sum for each pair
+  if (annonces.size() > attributs_max) {
+    faute = "plus de " + std::to_string(attributs_max) + " attributs";
+    return false;
+  }
   *this = Sommes(std::move(annonces));
   Somme n;
   par_nom.prendre("exemples", "", "", &n);

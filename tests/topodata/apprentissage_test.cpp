@@ -229,6 +229,8 @@ TEST(Covariance, SumsOfPartsMakeTheMatrixOfTheWhole) {
   }
   ASSERT_EQ(topodata({"covariance", c.cas(), "nrm", "--brut", "--sommes", s2}).statut, 0);
   const std::string bonnes = lire(s1);
+  std::string trop = bonnes;
+  for (int i = 0; i < 1000; ++i) trop += "attribut,a" + std::to_string(i) + ",,string,,,,\n";
   struct Cas {
     std::vector<std::string> options;
     std::string contenu, dit;
@@ -242,6 +244,7 @@ TEST(Covariance, SumsOfPartsMakeTheMatrixOfTheWhole) {
            Cas{{"--depuis-sommes", s1},
                bonnes + "produit,x,y,,1,0,,\n",
                s1 + " : des lignes de trop"},
+           Cas{{"--depuis-sommes", s1}, trop, s1 + " : plus de 1000 attributs"},
            Cas{{"--depuis-sommes", s1, "--brut"}, bonnes, "--depuis-sommes prend les valeurs"},
            Cas{{c.cas(), "nrm", "--depuis-sommes", s1}, bonnes, "--depuis-sommes remplace CHEMIN"},
            Cas{{c.cas(), "nrm", "--sommes", s1}, bonnes, "--sommes demande --brut ou"},
