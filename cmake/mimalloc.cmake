@@ -9,6 +9,7 @@ endif()
 
 function(avec_mimalloc programme)
   if(TOPOMINE_MIMALLOC AND MIMALLOC_LIBRARY AND NOT TOPOMINE_SANITIZE AND NOT TOPOMINE_FUZZ)
+    target_sources(${programme} PRIVATE ${PROJECT_SOURCE_DIR}/app/allocateur.cpp)
     # Nothing calls it by name: without this the linker would leave it out.
     target_link_libraries(${programme} PRIVATE
       "-Wl,--push-state,--no-as-needed" ${MIMALLOC_LIBRARY} "-Wl,--pop-state")

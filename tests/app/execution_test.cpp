@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -254,6 +255,20 @@ TEST(Run, TheMatrixIsSavedOrTheOldOneStays) {
     const bool la = fs::exists(d.chemin() + d.cov);
     EXPECT_EQ(la ? d.lire(d.cov) : "-", avant.empty() ? rien : avant);
   }
+}
+
+TEST(Run, AFileTooLargeForTheMemoryCannotBeLoaded) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer needs more";
+#endif
+  const Donnees d;
+  fs::resize_file(d.chemin() + fichier(d.data, 0, "_nrm.face"), 1 << 30);
+  const Resultat r = d.lancer_ici([] {
+    const rlimit memoire{1 << 29, 1 << 29};
+    setrlimit(RLIMIT_AS, &memoire);
+  });
+  EXPECT_EQ(r.statut, 2);
+  EXPECT_TRUE(r.sortie.ends_with("_nrm.face ... \n" + probleme)) << r.sortie;
 }
 
 TEST(Run, MatrixComesWholeWithoutConsole) {

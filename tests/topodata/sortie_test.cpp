@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -165,6 +166,27 @@ TEST(Sortie, ABaseThatDoesNotLoadEndsWithTheReadersWords) {
   }
   EXPECT_EQ(lire(vieux), "vieux");
   EXPECT_EQ(nb_fichiers_dans(c.dossier), 2);
+}
+
+TEST(Sortie, WithoutMemoryItSaysSo) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer needs more";
+#endif
+  const Collection c;
+  fs::resize_file(c.cas() + "mesh_case_1/mesh_case_1.def", 1 << 30);
+  const auto verifie_et_voir = [&](std::vector<std::string> mots) {
+    mots.insert(mots.begin() + 1, {c.cas(), "nrm"});
+    return topodata(mots, [] {
+      const rlimit memoire{1 << 29, 1 << 29};
+      setrlimit(RLIMIT_AS, &memoire);
+    });
+  };
+  const Resultat voir = verifie_et_voir({"voir", "mesh_case_1"});
+  EXPECT_EQ(voir.statut, 2);
+  EXPECT_NE(voir.erreur.find("probleme de lecture du fichier"), std::string::npos) << voir.erreur;
+  const Resultat verifie = verifie_et_voir({"verifie", "--bases", "mesh_case_1"});
+  EXPECT_EQ(verifie.statut, 2);
+  EXPECT_EQ(verifie.erreur, "topodata : memoire insuffisante\n");
 }
 
 TEST(Sortie, TextsOfFilesForgeNoLinesAndMoveNoCursor) {
