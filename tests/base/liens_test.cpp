@@ -253,6 +253,18 @@ TEST(Base, TypeAndPrefix) {
   EXPECT_TRUE(b.test_files() && !b._disp(false));
 }
 
+// What is past the end of a list is no number that another list has.
+TEST(Requetes, BelowZero) {
+  Base b;
+  b.blocs[1]._face(0, 10);
+  b.blocs[1]._face(1, 11);
+  b.faces[10]._edge(0, -1);
+  b.faces[11];
+  EXPECT_EQ(b.blk_edge(1, 0, 1), 0);
+  b.faces[11]._edge(3, -1);
+  EXPECT_EQ(b.blk_edge(1, 0, 1), -1);
+}
+
 // Every answer about a block of real cases, collapsed ones among them, by slots and by numbers.
 TEST(Requetes, OfRealCases) {
   const auto nombres = [](const std::vector<int>& v) {
