@@ -39,9 +39,10 @@ APPEL = re.compile(r"^\s*(?!return\b|throw\b|using\b|delete\b)[\w:.>\[\]*-]+\(.*
 AFFECTATION = re.compile(r"^\s*[\w:.>\[\]*()-]+ [-+|&*]?= .*;$")
 ARGUMENTS = re.compile(r"\b(\w+)\(([\w.\[\]]+), ([\w.\[\]]+)\)")
 
-# What cannot show: room that is reserved or kept, a function that the compiler makes where it is
-# needed, the order of arguments that mean the same either way.
+# What cannot show: room that is reserved, kept, or a byte more for a text; a function that the compiler
+# makes where it is needed; the order of arguments that mean the same either way.
 SANS_SUITE = re.compile(r"\b(?:reserve|mallopt)\(|= default;")
+PLACE = re.compile(r"(?:array<char, |\bchar \w+\[)$")
 SYMETRIQUES = {"min", "max", "minmax", "hypot", "distance", "scalaire", "plage_entre", "nb_communs"}
 TEXTE = re.compile(r"""\"(?:\\.|[^\"\\])*\"|(?<![0-9a-fA-F])'(?:\\.|[^'\\])*'""")
 
@@ -75,7 +76,8 @@ def fautes(ligne, avant):
                 continue
             yield remplacer(m.start(), m.end(), neuf)
     for m in re.finditer(r"(?<![\w.])\d+(?![\w.])", code):
-        yield remplacer(*m.span(), str(int(m[0]) + 1))
+        if not PLACE.search(code[:m.start()]):
+            yield remplacer(*m.span(), str(int(m[0]) + 1))
         if int(m[0]) > 0:
             yield remplacer(*m.span(), str(int(m[0]) - 1))
     for m in re.finditer(r"(?<![\w.])\d+\.\d+|\b\d+e-?\d+", code):
