@@ -58,9 +58,7 @@ class Balises {
   bool voit(std::string_view mot) const { return reste().starts_with(mot); }
 
   void avancer(std::size_t n) {
-    const auto debut = texte_.begin() + static_cast<std::ptrdiff_t>(p_);
-    const auto fin = debut + static_cast<std::ptrdiff_t>(n);
-    ligne_ += static_cast<int>(std::count(debut, fin, '\n'));
+    ligne_ += static_cast<int>(std::ranges::count(texte_.substr(p_, n), '\n'));
     p_ += n;
   }
   void sauter_blancs() { avancer(std::min(reste().find_first_not_of(blancs), reste().size())); }
@@ -95,10 +93,8 @@ class Balises {
           "#abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789", i + 1);
       const bool isolee = fin == i + 1 || fin == std::string_view::npos || entre[fin] != ';';
       if (std::string quoi = defaut(entre.substr(i, isolee ? 1 : fin + 1 - i)); !quoi.empty()) {
-        const auto debut = entre.begin();
-        const auto ici = debut + static_cast<std::ptrdiff_t>(i);
-        esperluette_ = {Code::xml_mal_forme,
-                        ligne_ + static_cast<int>(std::count(debut, ici, '\n')), std::move(quoi)};
+        const auto lignes = std::ranges::count(entre.substr(0, i), '\n');
+        esperluette_ = {Code::xml_mal_forme, ligne_ + static_cast<int>(lignes), std::move(quoi)};
       }
     }
     avancer(entre.size());

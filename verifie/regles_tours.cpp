@@ -244,7 +244,7 @@ class Tours {
   }
 
   std::string desordre(const Tour& t) const {
-    const std::string dit = "ses edges ne se suivent pas";
+    std::string dit = "ses edges ne se suivent pas";
     if (t.nb != nb_edges_face) return dit;
     for (const auto& ordre : {std::array<std::size_t, 4>{0, 2, 1, 3}, {0, 1, 3, 2}}) {
       std::array<int, nb_edges_face> edges{};
@@ -253,7 +253,10 @@ class Tours {
         edges[i] = t.edges[ordre[i]];
         numeros += (i == 0 ? "" : ", ") + std::to_string(numero(edges[i]));
       }
-      if (ferme(m_, t, edges)) return dit + ", le tour est " + numeros;
+      if (ferme(m_, t, edges)) {
+        dit.append(", le tour est ").append(numeros);
+        break;
+      }
     }
     return dit;
   }
