@@ -1,5 +1,3 @@
-#include <tinyxml.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "base/lecture/document.h"
+#include "base/lecture/xml.h"
 #include "fuzz/cibles.h"
 
 using namespace topomine;
@@ -164,8 +163,9 @@ void muter(Hasard& hasard, TiXmlDocument& doc) {
 
 /// The document in `texte`, changed, or "" when it is none.
 std::string document_mute(Hasard& hasard, std::string_view texte) {
-  TiXmlDocument doc;
-  if (!analyser_xml(std::string(texte), doc)) return {};
+  DocumentXml document;
+  if (!analyser_xml(std::string(texte), document)) return {};
+  TiXmlDocument& doc = document.arbre();
   for (std::size_t i = 1 + tirer(hasard, 3); i > 0; --i) muter(hasard, doc);
   TiXmlPrinter ecrivain;
   ecrivain.SetStreamPrinting();
