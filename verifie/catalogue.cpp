@@ -26,6 +26,7 @@ constexpr Chapitre chapitres[]{
     {Code::sommet_deplace, "Geometrie"},
     {Code::famille_c_inconnue, "Scene"},
     {Code::face_partagee, "Faces partagees"},
+    {Code::numero_hors_suite, "Numeros"},
     {Code::config_vide, "climite.cfg"},
     {Code::modes_entites, "Modes"},
 };

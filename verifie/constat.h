@@ -92,6 +92,8 @@ enum class Code {
   scene_d_un_autre_cas = 71,
   // Faces in parts
   face_partagee = 72,
+  // Numbers
+  numero_hors_suite = 73,
   // climite.cfg
   config_vide = 80,
   config_point_virgule = 81,

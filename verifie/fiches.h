@@ -230,6 +230,10 @@ inline constexpr Fiche fiches[]{
     {Code::face_partagee, Gravite::avertissement, "face en plusieurs sous-faces",
      "Une face de bloc est partagee entre plusieurs (NbSubFace) ; la lecture n'en garde que le compte.",
      "Le bloc n'a ni les voisins ni les codes de cette face.", "rien si c'est voulu, sinon couper le bloc"},
+    // --- Numbers
+    {Code::numero_hors_suite, Gravite::avis, "numero hors de la suite",
+     "Les blocs sont numerotes de 1 au dernier, sauf un seul.",
+     "La colonne ident du bloc n'est pas celle qu'on y attend.", "rien si c'est voulu, sinon corriger son numero"},
     // --- climite.cfg
     {Code::config_vide, Gravite::erreur, "configuration vide",
      "climite.cfg n'a pas de ligne de titres.", "La configuration ne se charge pas.", "y mettre au moins la ligne des noms de colonnes"},

@@ -198,6 +198,19 @@ Trou trou_de_numeros(const Examen& x) {
   return {};
 }
 
+/// All blocks but one have the numbers from 1 to the last.
+void dire_hors_suite(Examen& x) {
+  const Rangs& blocs = x.m.num_blocs;
+  const int nb = blocs.nb();
+  if (nb < 3 || x.r.perdus[fic_blck] > 0 || blocs.numero(nb - 2) > nb || blocs.numero(nb - 1) <= nb)
+    return;
+  int b = 0;
+  while (blocs.numero(b) == b + 1) ++b;
+  x.signaler(
+      Code::numero_hors_suite, fic_blck, nb - 1,
+      "seul numero hors de 1 a " + std::to_string(nb) + ", ou manque " + std::to_string(b + 1));
+}
+
 }  // namespace
 
 void regle_comptes(Examen& x) {
@@ -222,6 +235,8 @@ void regle_comptes(Examen& x) {
                  "un bloc manque entre les faces " + enumerer(faces) + trou.dit, trou.ligne);
     }
   }
+  if (std::ranges::find(x.r.constats, Code::bloc_manquant, &Constat::code) == x.r.constats.end())
+    dire_hors_suite(x);
   dire_orphelins(x, fic_blck, x.m.blocs, "sur aucun bloc", excuses);
   dire_orphelins(x, fic_face, x.m.faces, "sur aucune face", {});
   dire_orphelins(x, fic_edge, x.m.edges, "sur aucune edge", {});
