@@ -57,8 +57,8 @@ Valeurs donnees(const Block& b) {
 /// What is known of a block: NaN stands for what is not.
 struct Bloc {
   Valeurs lues{}, calculees{};
-  double precise = 0;    // how well the values can be had from the corners, relative
-  double tolerance = 0;  // the same in a file with fewer digits
+  double tolerance_fine = 0;  // how well values of ten digits can be had from the corners, relative
+  double tolerance = 0;       // the same with the digits that the file has
   Maille::Coins coins{};
   bool coins_surs = false;
   bool dit = false;      // something has been said of its volumes
@@ -134,7 +134,7 @@ class Volumes {
     k.calculees = {mesures.exact, mesures.mor, mesures.moyen, mesures.nsmb, mesures.erikson};
     k.coins_surs = std::ranges::all_of(k.calculees, [](double v) { return std::isfinite(v); });
     if (!k.coins_surs) k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
-    k.precise = precision + precision_places * taille / plus_court;
+    k.tolerance_fine = precision + precision_places * taille / plus_court;
   }
 
   /// Most of the volumes are not those of these corners: each by far, and some by very far.
@@ -164,7 +164,7 @@ class Volumes {
   /// or two values of a block are slips as long as half of the blocks have none; a block with more
   /// is curved, unless it is one in ten.
   void recalculer() {
-    for (Bloc& k : blocs_) k.tolerance = k.precise;
+    for (Bloc& k : blocs_) k.tolerance = k.tolerance_fine;
     for (const double facteur : moins_precis) {
       std::vector<int> autres, gauches;
       std::size_t juges = 0, courbes = 0;
@@ -235,7 +235,7 @@ class Volumes {
     }
     x_.signaler(Code::sommet_deplace, fic_vrtx, sommet, dit);
     for (Bloc& k : blocs_)
-      if (contient(k.coins, sommet)) k = Bloc{k.lues, {}, 0, 0, {}, false, true, false};
+      if (contient(k.coins, sommet)) k = Bloc{.lues = k.lues, .dit = true};
     return true;
   }
 

@@ -133,8 +133,8 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
       if (la >= 0) au(cites, la) = 1;
       trous += la == inconnu;
     }
-  for (const auto& [bloc, face] : x.m.partages)
-    if (vers == fic_face) au(cites, face) = 1;
+  if (vers == fic_face)
+    for (const auto& [bloc, face] : x.m.partages) au(cites, face) = 1;
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
     if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) && !x.est_douteux(vers, v) &&
@@ -216,6 +216,7 @@ void dire_hors_suite(Examen& x) {
 void regle_comptes(Examen& x) {
   if (x.liens_perdus) return;
   std::vector<char> excuses(x.faces.size(), 0);
+  bool manque = false;  // a block is not there, and its number neither
   if (x.lus({fic_blck, fic_face, fic_edge}) && x.r.perdus[fic_blck] == 0) {
     std::vector<char> ouverte(x.faces.size(), 0), vues(x.faces.size(), 0);
     const std::vector<int> ouvertes = faces_ouvertes(x);
@@ -230,13 +231,13 @@ void regle_comptes(Examen& x) {
         x.douter(fic_face, g);
         g = x.numero(fic_face, g);
       }
+      manque = true;
       const Trou trou = trou_de_numeros(x);
       x.signaler(Code::bloc_manquant, fic_blck,
                  "un bloc manque entre les faces " + enumerer(faces) + trou.dit, trou.ligne);
     }
   }
-  if (std::ranges::find(x.r.constats, Code::bloc_manquant, &Constat::code) == x.r.constats.end())
-    dire_hors_suite(x);
+  if (!manque) dire_hors_suite(x);
   dire_orphelins(x, fic_blck, x.m.blocs, "sur aucun bloc", excuses);
   dire_orphelins(x, fic_face, x.m.faces, "sur aucune face", {});
   dire_orphelins(x, fic_edge, x.m.edges, "sur aucune edge", {});

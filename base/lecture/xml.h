@@ -14,7 +14,6 @@ namespace topomine {
 class Noeud {
  public:
   Noeud() = default;
-  explicit Noeud(const TiXmlNode* n) : n_(n) {}
   explicit operator bool() const { return n_ != nullptr; }
   bool operator==(const Noeud&) const = default;
 
@@ -34,12 +33,15 @@ class Noeud {
   /// Counted from 1; 1 too in a document that was parsed without lines.
   int ligne() const { return n_->Row() > 0 ? n_->Row() : 1; }
   /// What the document was marked with, or null.
-  void* marque() const {
+  const void* marque() const {
     const TiXmlDocument* doc = n_->GetDocument();
-    return doc ? const_cast<void*>(doc->GetUserData()) : nullptr;
+    return doc ? doc->GetUserData() : nullptr;
   }
 
  private:
+  friend class DocumentXml;
+  explicit Noeud(const TiXmlNode* n) : n_(n) {}
+
   const TiXmlNode* n_ = nullptr;
 };
 
