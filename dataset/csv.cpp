@@ -11,8 +11,6 @@ namespace topomine {
 
 namespace {
 
-constexpr std::size_t taille_tampon = 1 << 16;
-
 constexpr std::string_view texte_de(FinDeLigne fin) {
   return fin == FinDeLigne::crlf ? "\r\n" : "\n";
 }
@@ -81,20 +79,15 @@ void ecrire_entete_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fi
 
 void ecrire_lignes_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {
   const std::vector<std::size_t> colonnes = colonnes_montrees(table);
-  std::string tampon;
-  const auto vider = [&] {
-    out.write(tampon.data(), static_cast<std::streamsize>(tampon.size()));
-    tampon.clear();
-  };
+  std::string ligne;
   for (const BaseBuffer::Exemple& exemple : table._expl) {
+    ligne.clear();
     for (std::size_t i = 0; i < colonnes.size(); ++i) {
-      if (i > 0) tampon += ',';
-      if (colonnes[i] < exemple.size()) ajouter_champ_csv(tampon, exemple[colonnes[i]]);
+      if (i > 0) ligne += ',';
+      if (colonnes[i] < exemple.size()) ajouter_champ_csv(ligne, exemple[colonnes[i]]);
     }
-    tampon += texte_de(fin);
-    if (tampon.size() >= taille_tampon) vider();
+    out << (ligne += texte_de(fin));
   }
-  vider();
 }
 
 std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {

@@ -1,10 +1,9 @@
 #include "dataset/echelle.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 #include <ostream>
 
 #include "dataset/basebuffer.h"
@@ -16,20 +15,6 @@ namespace topomine {
 namespace {
 
 const std::vector<std::string> entete{"attribut", "minimum", "maximum"};
-
-/// The shortest text that reads as just this number.
-std::string exactement(double valeur) {
-  std::array<char, 32> tampon;
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur);
-  return {tampon.data(), fin.ptr};
-}
-
-bool lire_borne(const std::string& texte, double& valeur) {
-  FluxNombres nombres;
-  if (!est_un_reel(texte)) return false;
-  valeur = nombres.reel(texte);
-  return std::isfinite(valeur);
-}
 
 }  // namespace
 
@@ -81,12 +66,13 @@ bool lire_echelle(std::string_view texte, Echelle& echelle, std::string& faute) 
   for (std::size_t i = 1; i < lignes->size(); ++i) {
     const std::vector<std::string>& l = (*lignes)[i];
     if (l.empty()) continue;
-    Bornes b;
-    if (l.size() != entete.size() || !lire_borne(l[1], b.min) || !lire_borne(l[2], b.max))
+    const auto min = l.size() == entete.size() ? reel_strict(l[1]) : std::nullopt;
+    const auto max = min ? reel_strict(l[2]) : std::nullopt;
+    if (!max)
       faute = "attendu : un nom et deux nombres";
-    else if (b.min > b.max)
+    else if (*min > *max)
       faute = "'" + l[0] + "' a un minimum au-dessus de son maximum";
-    else if (!echelle.bornes.try_emplace(l[0], b).second)
+    else if (!echelle.bornes.try_emplace(l[0], Bornes{*min, *max}).second)
       faute = "'" + l[0] + "' vient deux fois";
     else
       continue;

@@ -166,7 +166,6 @@ class Plis {
         ordre_(ordre_au_hasard(effectifs.size())),
         poids_(effectifs[0].size()),
         contenu_(nb, std::vector<std::size_t>(effectifs[0].size())),
-        groupes_(nb),
         pli_(effectifs.size()) {
     std::ranges::stable_sort(ordre_, std::ranges::greater{},
                              [&](std::size_t g) { return total(effectifs_[g]); });
@@ -212,20 +211,19 @@ class Plis {
   }
   void mettre(std::size_t g, std::size_t f) {
     for (std::size_t s = 0; s < poids_.size(); ++s) contenu_[f][s] += effectifs_[g][s];
-    ++groupes_[f];
   }
   void oter(std::size_t g, std::size_t f) {
     for (std::size_t s = 0; s < poids_.size(); ++s) contenu_[f][s] -= effectifs_[g][s];
-    --groupes_[f];
   }
-  /// Each group with the fold of every other one: it goes there, alone or against the other.
+  /// Each group with the fold of every other one: it goes there, alone or against the other. No
+  /// fold is emptied by it: two folds in one have more squares than apart.
   bool echanger_ce_qui_aide() {
     bool aide = false;
     for (const std::size_t a : ordre_)
       for (const std::size_t b : ordre_)
         for (const bool contre : {false, true}) {
           const std::size_t fa = pli_[a], fb = pli_[b];
-          if (fa == fb || (!contre && groupes_[fa] == 1)) continue;
+          if (fa == fb) continue;
           const double avant = cout(fa) + cout(fb);
           deplacer(a, fa, fb);
           if (contre) deplacer(b, fb, fa);
@@ -248,7 +246,7 @@ class Plis {
   std::vector<std::size_t> ordre_;
   std::vector<double> poids_;  // a rare stratum counts as much as a large one
   Effectifs contenu_;
-  std::vector<std::size_t> groupes_, pli_;
+  std::vector<std::size_t> pli_;
   double tout_ = 0;
 };
 

@@ -1,6 +1,4 @@
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <cstddef>
 #include <map>
 #include <ostream>
@@ -20,16 +18,10 @@ const std::vector<std::string> entete{"sorte", "a",     "b",       "type",
                                       "somme", "reste", "minimum", "maximum"};
 enum Champ : std::size_t { sorte, nom_a, nom_b, type, somme, reste, minimum, maximum };
 
-std::string exactement(double valeur) {
-  std::array<char, 32> tampon;
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur);
-  return {tampon.data(), fin.ptr};
-}
-
 bool lire_reel(const std::string& texte, double& valeur) {
-  FluxNombres nombres;
-  valeur = est_un_reel(texte) ? nombres.reel(texte) : NAN;
-  return std::isfinite(valeur);
+  const auto lu = reel_strict(texte);
+  if (lu) valeur = *lu;
+  return lu.has_value();
 }
 
 /// The lines of a file by kind and names: in any order, since a database may have written them.

@@ -214,6 +214,17 @@ std::optional<double> reel_strict(std::string_view texte) {
   return v;
 }
 
+namespace {
+
+template <class T, class... Forme>
+void ajouter(std::string& texte, T valeur, Forme... forme) {
+  std::array<char, 24> tampon;  // "-2.2250738585072014e-308"
+  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur, forme...);
+  texte.append(tampon.data(), fin.ptr);
+}
+
+}  // namespace
+
 void ajouter_nombre(std::string& texte, double valeur) {
   // Integers below the seventh digit, the counts of the table, are written as integers are; -0 has
   // its sign.
@@ -222,17 +233,23 @@ void ajouter_nombre(std::string& texte, double valeur) {
         entier == valeur && (entier != 0 || !std::signbit(valeur)))
       return ajouter_nombre(texte, entier);
   }
-  std::array<char, 32> tampon;  // "-1.23457e-308" and "-nan" fit
-  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur,
-                                        std::chars_format::general, 6)
-                              .ptr;
-  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
+  ajouter(texte, valeur, std::chars_format::general, 6);
 }
 
 void ajouter_nombre(std::string& texte, int valeur) {
-  std::array<char, 16> tampon;
-  const char* const fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), valeur).ptr;
-  texte.append(tampon.data(), static_cast<std::size_t>(fin - tampon.data()));
+  ajouter(texte, valeur);
+}
+
+std::string avec_chiffres(double valeur, int chiffres) {
+  std::string texte;
+  ajouter(texte, valeur, std::chars_format::general, chiffres);
+  return texte;
+}
+
+std::string exactement(double valeur) {
+  std::string texte;
+  ajouter(texte, valeur);
+  return texte;
 }
 
 }  // namespace topomine

@@ -91,4 +91,10 @@ bool est_un_reel(std::string_view texte);
 void ajouter_nombre(std::string& texte, double valeur);
 void ajouter_nombre(std::string& texte, int valeur);
 
+/// The same with another number of significant digits, 1 to 17.
+std::string avec_chiffres(double valeur, int chiffres);
+
+/// The shortest text that reads as just this number.
+std::string exactement(double valeur);
+
 }  // namespace topomine

@@ -99,11 +99,7 @@ bool Maille::coins(int bloc, Coins& coins) const {
             place_face(static_cast<int>(c >> axe & 1U), static_cast<int>(axe)));
         if (!la[s] || (oppose && (nb <= 1 || la[sienne]))) continue;
         const Quatre& q = sur_face[s];
-        if (nb < 0) {
-          restants = q.rangs;
-          nb = q.nb;
-          continue;
-        }
+        if (nb < 0) restants = q.rangs, nb = q.nb;
         std::array<int, 8> suite{};
         int n = 0;
         for (int i = 0; i < nb; ++i)

@@ -171,7 +171,7 @@ class CodesDEdge {
   }
 
   /// As if face `sauf` had `code`.
-  const Accord& accord(int e, int sauf = inconnu, int code = 0) {
+  const Accord& accord(int e, int sauf = inconnu, int code = {}) {
     for (Codes* codes : {&accord_.portes, &accord_.des_faces, &accord_.attendus}) codes->clear();
     ajouter_codes(accord_.portes, *au(x_.edges, e));
     ranger(accord_.portes);

@@ -1,12 +1,12 @@
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <string>
 #include <vector>
 
+#include "texte/nombres.h"
 #include "verifie/examen.h"
 #include "verifie/hexaedre.h"
 
@@ -40,9 +40,7 @@ constexpr std::size_t blocs_d_un_sommet = 64;
 
 /// With the digits of the files: where two values differ in the last of them.
 std::string precis(double v) {
-  std::array<char, 40> texte{};
-  const auto fin = std::to_chars(texte.begin(), texte.end(), v, std::chars_format::general, 10).ptr;
-  return {texte.begin(), fin};
+  return avec_chiffres(v, 10);
 }
 
 constexpr std::size_t nb_valeurs = 5;

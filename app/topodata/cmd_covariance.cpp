@@ -1,6 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <array>
-#include <charconv>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -12,6 +10,7 @@
 #include "base/lecture/fichier.h"
 #include "dataset/csv.h"
 #include "dataset/matrice.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -31,11 +30,7 @@ Relation relation(const Options& o) {
 
 /// A cell as in the run's own matrix: five significant digits.
 std::string cellule(const std::optional<double>& c) {
-  if (!c) return "NaN";
-  std::array<char, 32> tampon;
-  const auto fin = std::to_chars(tampon.data(), tampon.data() + tampon.size(), *c,
-                                 std::chars_format::general, 5);
-  return {tampon.data(), fin.ptr};
+  return c ? avec_chiffres(*c, 5) : "NaN";
 }
 
 /// The attributes of the sums that --garde and --cache leave.

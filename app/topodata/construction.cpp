@@ -38,7 +38,6 @@ std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
 
 Echelle lire_fichier_echelle(const std::string& fichier) {
   inscrire_entree(fichier);
-  inscrire_entree(fichier);
   std::string texte;
   if (lire_fichier(fichier, texte) != Lecture::faite)
     throw Erreur(fichier + " : echelle illisible");

@@ -74,6 +74,7 @@ inline void comparer_rangees(const std::string& fichier,
     neuf += "=== " + r.titre + '\n' + r.entree + "---\n" + obtenu;
     if (!std::getenv("TOPOMINE_REECRIRE")) {
       EXPECT_EQ(obtenu, r.attendu) << r.titre << '\n' << r.entree;
+      if (testing::GTEST_FLAG(fail_fast) && testing::Test::HasFailure()) return;
     }
   }
   if (std::getenv("TOPOMINE_REECRIRE")) std::ofstream(fichier, std::ios::binary) << neuf;

@@ -27,6 +27,12 @@ TEST(Conversion, StrictReadingTakesAWholeDecimalNumber) {
     EXPECT_FALSE(est_un_reel(texte)) << texte;
 }
 
+TEST(Conversion, WritesTheLongestNumbers) {
+  EXPECT_EQ(exactement(-2.2250738585072014e-308), "-2.2250738585072014e-308");
+  EXPECT_EQ(avec_chiffres(-2.2250738585072014e-308, 17), "-2.2250738585072014e-308");
+  EXPECT_EQ(avec_chiffres(123456, 5), "1.2346e+05");
+}
+
 TEST(Conversion, LeftoversAndFailuresShowInTheNextReads) {
   const struct {
     const char* textes[3];

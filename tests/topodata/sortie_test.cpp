@@ -228,6 +228,14 @@ TEST(Sortie, WritesAllOrNothing) {
   EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
   EXPECT_TRUE(fs::is_symlink(lien));
   EXPECT_NE(lire(t).find("blocs_C"), std::string::npos);
+  // One that leads in a circle stays.
+  const auto cercle = c.dossier / "cercle";
+  fs::create_symlink("cercle", cercle);
+  const Resultat r = topodata({"resume", c.cas(), "nrm", "-o", cercle.string()});
+  EXPECT_NE(r.erreur.find("ecriture impossible (Too many levels of symbolic links)"),
+            std::string::npos)
+      << r.erreur;
+  EXPECT_TRUE(fs::is_symlink(cercle) && fs::remove(cercle));
   // So does one that leads to a file that is not there yet.
   fs::remove(t);
   EXPECT_EQ(topodata({"resume", c.cas(), "nrm", "-o", lien.string()}).statut, 0);
