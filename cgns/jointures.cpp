@@ -1,7 +1,8 @@
 #include "cgns/jointures.h"
 
 #include <algorithm>
-#include <cstdio>
+
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -12,12 +13,6 @@ void parcourir(const Plage& p, Action agir) {
   for (Indice k = p.min[2]; k <= p.max[2]; ++k)
     for (Indice j = p.min[1]; j <= p.max[1]; ++j)
       for (Indice i = p.min[0]; i <= p.max[0]; ++i) agir(Ijk{i, j, k});
-}
-
-std::string court(double v) {
-  char texte[32];
-  static_cast<void>(std::snprintf(texte, sizeof texte, "%.3g", v));
-  return texte;
 }
 
 }  // namespace
@@ -57,8 +52,8 @@ void Jointures::comparer(const Jonction& j, const Attente& a, const Attente& b) 
   if (ecart <= permis) return;
   throw MaillageRefuse("raccord '" + j.nom + "' : zone '" + s_.zones[j.zone].nom + "' " +
                        texte_plage(j.plage) + " et zone '" + s_.zones[j.voisine].nom + "' " +
-                       texte_plage(j.passage(j.plage)) + " sont a " + court(ecart) +
-                       " l'une de l'autre (permis : " + court(permis) + ")");
+                       texte_plage(j.passage(j.plage)) + " sont a " + en_texte(ecart, 3) +
+                       " l'une de l'autre (permis : " + en_texte(permis, 3) + ")");
 }
 
 }  // namespace topomine

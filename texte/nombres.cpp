@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <istream>
+#include <limits>
 #include <locale>
 #include <streambuf>
 #include <system_error>
@@ -121,7 +122,7 @@ bool commence_un_nombre(int c) {
   return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
 }
 
-/// Without the blanks around it, nor a plus sign before a digit, which a stream takes too.
+/// Without blanks around it and without a leading plus sign, unless a minus sign follows.
 std::string_view depouiller(std::string_view texte) {
   texte.remove_prefix(std::min(texte.find_first_not_of(blancs), texte.size()));
   texte.remove_suffix(texte.size() - (texte.find_last_not_of(blancs) + 1));
@@ -214,6 +215,13 @@ std::optional<double> reel_strict(std::string_view texte) {
   return v;
 }
 
+std::optional<std::uint64_t> naturel_en_tete(std::string_view texte, int base) {
+  std::uint64_t v = 0;
+  const auto lu = std::from_chars(texte.data(), texte.data() + texte.size(), v, base);
+  if (lu.ec != std::errc{}) return {};
+  return v;
+}
+
 namespace {
 
 template <class T, class... Forme>
@@ -240,9 +248,18 @@ void ajouter_nombre(std::string& texte, int valeur) {
   ajouter(texte, valeur);
 }
 
-std::string avec_chiffres(double valeur, int chiffres) {
+std::string en_texte(double valeur, int chiffres) {
   std::string texte;
   ajouter(texte, valeur, std::chars_format::general, chiffres);
+  return texte;
+}
+
+std::string en_texte_fixe(double valeur, int decimales) {
+  constexpr int entiers_max = std::numeric_limits<double>::max_exponent10 + 1;
+  std::string texte(static_cast<std::size_t>(1 + entiers_max + 1 + decimales), ' ');
+  const auto fin = std::to_chars(texte.data(), texte.data() + texte.size(), valeur,
+                                 std::chars_format::fixed, decimales);
+  texte.resize(static_cast<std::size_t>(fin.ptr - texte.data()));
   return texte;
 }
 

@@ -83,6 +83,10 @@ std::optional<int> entier_strict(std::string_view texte);
 std::optional<std::int64_t> entier_long_strict(std::string_view texte);
 std::optional<double> reel_strict(std::string_view texte);
 
+/// The number that a text begins with, digits of base 10 or 16 without a sign; nothing when it
+/// begins with none, or with one out of range.
+std::optional<std::uint64_t> naturel_en_tete(std::string_view texte, int base = 10);
+
 /// True when the text is wholly one real number, and so reads the same whatever came before it.
 bool est_un_reel(std::string_view texte);
 
@@ -91,8 +95,11 @@ bool est_un_reel(std::string_view texte);
 void ajouter_nombre(std::string& texte, double valeur);
 void ajouter_nombre(std::string& texte, int valeur);
 
-/// The same with another number of significant digits, 1 to 17.
-std::string avec_chiffres(double valeur, int chiffres);
+/// The same by itself, and with another number of significant digits if need be, 1 to 17.
+std::string en_texte(double valeur, int chiffres = 6);
+
+/// With so many digits after the point, 0 to 17, and no exponent.
+std::string en_texte_fixe(double valeur, int decimales);
 
 /// The shortest text that reads as just this number.
 std::string exactement(double valeur);

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <utility>
 #include <vector>
 
 #include "base/lecture/limites_xml.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -78,9 +80,11 @@ class Balises {
     if (entite[1] != '#') return {};
     const std::string_view chiffres = entite.substr(entite.find_first_not_of("&#x0"));
     const bool hexa = entite.size() > 2 && entite[2] == 'x';
-    unsigned code = 0;
-    std::from_chars(chiffres.data(), chiffres.data() + chiffres.size(), code, hexa ? 16 : 10);
-    if (code >= ' ' || (code >= '\t' && code <= '\r' && code != '\v' && code != '\f')) return {};
+    const std::uint64_t code = naturel_en_tete(chiffres, hexa ? 16 : 10).value_or(0);
+    constexpr std::uint64_t code_max = std::numeric_limits<std::uint32_t>::max();
+    if ((code >= ' ' && code <= code_max) ||
+        (code >= '\t' && code <= '\r' && code != '\v' && code != '\f'))
+      return {};
     return "`" + citer(entite) + "` n'est pas un caractere de XML";
   }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "texte/nombres.h"
-
 namespace topomine {
 
 namespace {
@@ -70,12 +68,6 @@ void Examen::signaler(Code code, Fichier f, const std::string& quoi, int ligne) 
 const char* sorte(Fichier f) {
   constexpr std::array<const char*, nb_fichiers> noms{"scene", "bloc", "face", "edge", "vertex"};
   return noms[f];
-}
-
-std::string nombre(double v) {
-  std::string texte;
-  ajouter_nombre(texte, v);
-  return texte;
 }
 
 std::string enumerer(std::span<const int> numeros) {

@@ -43,7 +43,6 @@ struct Examen {
 
 /// "bloc", "face", "edge", "vertex".
 const char* sorte(Fichier f);
-std::string nombre(double v);
 /// "3, 7, 9", with "..." after the sixth.
 std::string enumerer(std::span<const int> numeros);
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "dataset/schema.h"
+#include "texte/nombres.h"
 #include "verifie/catalogue.h"
 #include "verifie/examen.h"
 #include "verifie/journal_constats.h"
@@ -114,7 +115,7 @@ void mesures_negatives(CasLu& r) {
                                {"nb_engine", static_cast<double>(a._nb_engine())}})
     if (v < 0) {
       if (dit.empty()) ligne = r.ligne_avion(nom);
-      dit += (dit.empty() ? "" : ", ") + std::string(nom) + ' ' + nombre(v);
+      dit += (dit.empty() ? "" : ", ") + std::string(nom) + ' ' + en_texte(v);
     }
   if (!dit.empty())
     r.signaler(Code::mesure_negative, fic_def, ligne, "reference_avion", "", dit + " negatif");

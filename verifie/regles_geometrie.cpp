@@ -40,7 +40,7 @@ constexpr std::size_t blocs_d_un_sommet = 64;
 
 /// With the digits of the files: where two values differ in the last of them.
 std::string precis(double v) {
-  return avec_chiffres(v, 10);
+  return en_texte(v, 10);
 }
 
 constexpr std::size_t nb_valeurs = 5;
@@ -241,7 +241,7 @@ class Volumes {
     Bloc& k = bloc(b);
     std::string grands, negatifs;
     const auto citer = [&](std::string& liste, std::size_t i) {
-      liste += (liste.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]);
+      liste += (liste.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + en_texte(k.lues[i]);
     };
     for (std::size_t i = 0; i < nb_valeurs; ++i) {
       if (std::abs(k.lues[i]) > grand)
@@ -253,11 +253,11 @@ class Volumes {
     if (k.gauche())
       return signaler(
           Code::bloc_gauche, b,
-          "ses axes tournent a gauche : volume de ses sommets " + nombre(k.calculees[i_exact]),
+          "ses axes tournent a gauche : volume de ses sommets " + en_texte(k.calculees[i_exact]),
           "Faces");
     if (!negatifs.empty()) signaler(Code::volume_negatif, b, "volume nul ou negatif : " + negatifs);
     if (k.lues[i_erikson] < -hors_erikson || k.lues[i_erikson] > 1 + hors_erikson)
-      signaler(Code::erikson_hors, b, "Erikson " + nombre(k.lues[i_erikson]) + " hors de 0 a 1",
+      signaler(Code::erikson_hors, b, "Erikson " + en_texte(k.lues[i_erikson]) + " hors de 0 a 1",
                "Erikson");
     if (!k.dit) rapports(b);
   }
@@ -266,16 +266,16 @@ class Volumes {
     const Bloc& k = bloc(b);
     if (k.loin())
       return signaler(Code::exact_loin, b,
-                      "Exact " + nombre(k.lues[i_exact]) + ", ses huit sommets donnent " +
-                          nombre(k.calculees[i_exact]));
+                      "Exact " + en_texte(k.lues[i_exact]) + ", ses huit sommets donnent " +
+                          en_texte(k.calculees[i_exact]));
     std::string loin;
     for (std::size_t i = 1; i < i_erikson; ++i) {
       const double r = k.lues[i] / k.lues[i_exact];
       if (r >= facteur_estimation || r <= 1 / facteur_estimation)
-        loin += (loin.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + nombre(k.lues[i]);
+        loin += (loin.empty() ? "" : ", ") + std::string(noms[i]) + ' ' + en_texte(k.lues[i]);
     }
     if (!loin.empty())
-      signaler(Code::estimation_loin, b, loin + " loin de Exact " + nombre(k.lues[i_exact]));
+      signaler(Code::estimation_loin, b, loin + " loin de Exact " + en_texte(k.lues[i_exact]));
   }
 
   void isolees(int b) {

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "texte/nombres.h"
 #include "verifie/examen.h"
 #include "verifie/hexaedre.h"
 
@@ -72,7 +73,7 @@ void regle_projections(Examen& x) {
   if (loin.size() * 4 > projetes && loin.size() > 3) return;  // projected onto a coarse surface
   for (const auto& [v, d] : loin) {
     x.signaler(Code::projection_loin, fic_vrtx, v,
-               "a " + nombre(d) + " d'une de ses projections, a " + nombre(au(voisin, v)) +
+               "a " + en_texte(d) + " d'une de ses projections, a " + en_texte(au(voisin, v)) +
                    " de son plus proche voisin");
     x.douter(fic_vrtx, v);
   }

@@ -1,4 +1,5 @@
 #include "app/topodata/aide.h"
+#include "texte/nombres.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -6,7 +7,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <memory>
 #include <sstream>
@@ -129,8 +129,7 @@ void nommer_type(CLI::Option& option) {
 std::size_t largeur_aide() {
   std::size_t largeur = 0;
   if (const char* texte = std::getenv("COLUMNS")) {
-    const std::string_view chiffres = texte;
-    std::from_chars(chiffres.data(), chiffres.data() + chiffres.size(), largeur);
+    largeur = naturel_en_tete(texte).value_or(0);
   }
   winsize ecran{};
   if (largeur == 0 && ioctl(STDOUT_FILENO, TIOCGWINSZ, &ecran) == 0) largeur = ecran.ws_col;

@@ -22,12 +22,6 @@ bool finit_par(const std::string& nom, std::string_view fin) {
          strcasecmp(nom.c_str() + nom.size() - fin.size(), fin.data()) == 0;
 }
 
-std::string nombre(double v) {
-  std::string texte;
-  ajouter_nombre(texte, v);
-  return texte;
-}
-
 /// A text between quotes, as gnuplot reads it.
 std::string cite(const std::string& texte) {
   std::string s = "'";
@@ -62,14 +56,14 @@ Valeurs lire_valeurs(const Matrice& m) {
 /// both signs have a colour each.
 std::string palette(const Valeurs& v, bool logarithme) {
   if (v.constante()) return "set palette defined (0 '#fc8d59', 1 '#fc8d59')\nunset colorbox\n";
-  const std::string max = nombre(v.grandeur());
+  const std::string max = en_texte(v.grandeur());
   if (logarithme) {
     constexpr double decades = 1e-12;  // smaller ones are as good as 0
     double min = std::max(v.plus_petite, v.grandeur() * decades);
     if (min == v.grandeur()) min /= 10;
     return "set palette defined (0 '#fff7ec', 1 '#fdd49e', 2 '#fc8d59', 3 '#d7301f', 4 "
            "'#4a0000')\nset logscale cb\nset cbrange [" +
-           nombre(min) + ":" + max + "]\n";
+           en_texte(min) + ":" + max + "]\n";
   }
   if (*v.min < 0)
     return "set palette defined (-2 '#08306b', -1 '#6baed6', 0 '#ffffff', 1 '#fc8d59', 2 "
@@ -114,13 +108,13 @@ struct Plan {
   std::string x(std::size_t pixels) const { return part(pixels, largeur); }
   std::string y(std::size_t pixels) const { return part(hauteur - pixels, hauteur); }
   static std::string part(std::size_t a, std::size_t b) {
-    return nombre(static_cast<double>(a) / static_cast<double>(b));
+    return en_texte(static_cast<double>(a) / static_cast<double>(b));
   }
 };
 
 std::string dire(const Valeurs& v, const Legende& legende) {
   std::string texte = legende.titre + " ; ";
-  if (v.constante()) return texte + legende.couleurs + " : partout " + nombre(*v.min);
+  if (v.constante()) return texte + legende.couleurs + " : partout " + en_texte(*v.min);
   texte += "couleur : " + legende.couleurs;
   if (legende.logarithme) texte += ", echelle logarithmique";
   if (legende.logarithme && *v.min < 0) texte += " des grandeurs, - : negative";
@@ -163,7 +157,7 @@ std::string script_gnuplot(const Matrice& m, const Legende& legende, bool svg) {
     const std::string place = std::to_string(i % n) + " " + std::to_string(i / n) + " ";
     // A logarithm has no 0: what is below the scale has its first colour.
     cellules +=
-        place + (logarithme && c == 0 ? "1e-300" : nombre(logarithme ? std::abs(c) : c)) + "\n";
+        place + (logarithme && c == 0 ? "1e-300" : en_texte(logarithme ? std::abs(c) : c)) + "\n";
     if (logarithme && c < 0) moins += place + "\n";
   }
   std::string s = "$m << FIN\n" + cellules + "FIN\n";

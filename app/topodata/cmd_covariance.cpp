@@ -30,7 +30,7 @@ Relation relation(const Options& o) {
 
 /// A cell as in the run's own matrix: five significant digits.
 std::string cellule(const std::optional<double>& c) {
-  return c ? avec_chiffres(*c, 5) : "NaN";
+  return c ? en_texte(*c, 5) : "NaN";
 }
 
 /// The attributes of the sums that --garde and --cache leave.

@@ -13,6 +13,7 @@
 #include "dataset/arff.h"
 #include "dataset/csv.h"
 #include "dataset/resume.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 

@@ -61,12 +61,6 @@ constexpr std::array<Ecarte, 5> ecartes{{{"collection", texte_qui_nomme},
 
 }  // namespace
 
-std::string en_texte(double valeur) {
-  std::string texte;
-  ajouter_nombre(texte, valeur);
-  return texte;
-}
-
 void options_attributs(CLI::App& commande, OptionsTable& options) {
   commande
       .add_option("--garde", options.garde,

@@ -84,7 +84,4 @@ class Atelier {
   Echelle echelle_;
 };
 
-/// A number as the table writes it.
-std::string en_texte(double valeur);
-
 }  // namespace topomine

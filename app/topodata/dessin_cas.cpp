@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
+#include <string_view>
 
 #include "texte/affichable.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -45,11 +45,9 @@ struct Cadre {
   }
 };
 
-void ajouter(std::string& s, double v) {
-  std::array<char, 64> tampon;
-  const auto fin =
-      std::to_chars(tampon.data(), tampon.data() + tampon.size(), v, std::chars_format::fixed, 1);
-  s.append(tampon.data(), fin.ptr);
+/// A coordinate in pixels.
+std::string pixels(double v) {
+  return en_texte_fixe(v, 1);
 }
 
 int octet(double v) {
@@ -57,10 +55,13 @@ int octet(double v) {
 }
 
 std::string rgb(const Couleur& c) {
-  std::array<char, 16> t{};
-  static_cast<void>(
-      std::snprintf(t.data(), t.size(), "'#%02x%02x%02x'", octet(c[0]), octet(c[1]), octet(c[2])));
-  return t.data();
+  constexpr std::string_view hexa = "0123456789abcdef";
+  std::string s = "'#";
+  for (const double part : c) {
+    const auto u = static_cast<unsigned>(octet(part));
+    s += {hexa[u / 16], hexa[u % 16]};
+  }
+  return s + "'";
 }
 
 /// A text between quotes, on one line, not too long.
@@ -82,10 +83,7 @@ class Trace {
     if (!donnees_.empty()) donnees_ += "e\n";
   }
   void point(double x, double y, const std::string& suite = "") {
-    ajouter(donnees_, x);
-    donnees_ += ' ';
-    ajouter(donnees_, y);
-    donnees_ += suite + '\n';
+    donnees_ += pixels(x) + ' ' + pixels(y) + suite + '\n';
   }
   void couper() { donnees_ += '\n'; }
   std::string texte() const { return commande_ + '\n' + donnees_ + "e\n"; }
@@ -99,9 +97,8 @@ void tracer(Trace& trace, const std::vector<Touche>& touches, const Cadre& cadre
   for (const Touche& t : touches) {
     if (t.nb == 2 && t.epaisseur != epaisseur) {
       epaisseur = t.epaisseur;
-      std::string style = "using 1:2:3 with lines lc rgb variable lw ";
-      ajouter(style, epaisseur);
-      trace.element(style + " notitle");
+      trace.element("using 1:2:3 with lines lc rgb variable lw " + en_texte_fixe(epaisseur, 1) +
+                    " notitle");
     } else if (t.nb == 4) {
       epaisseur = 0;
       std::string style = "with filledcurves closed fc rgb " + rgb(t.couleur);
@@ -132,11 +129,9 @@ std::string tracer_axes(Trace& trace, const std::array<Plan, 3>& axes) {
     trace.point(x0, y0);
     trace.point(x0 + longueur * x, y0 + longueur * y);
     if (std::hypot(x, y) < 0.2) continue;  // it points at the eye
-    etiquettes += "set label '" + std::string(noms[a]) + "' at ";
-    ajouter(etiquettes, x0 + (longueur + 11) * x);
-    etiquettes += ',';
-    ajouter(etiquettes, y0 + (longueur + 11) * y);
-    etiquettes += " center tc rgb '#333333'\n";
+    etiquettes += "set label '" + std::string(noms[a]) + "' at " +
+                  pixels(x0 + (longueur + 11) * x) + ',' + pixels(y0 + (longueur + 11) * y) +
+                  " center tc rgb '#333333'\n";
   }
   return etiquettes;
 }
@@ -153,26 +148,23 @@ std::string legende(Trace& trace, const LegendeCas& l, double largeur) {
   }
   if (!l.echelle) return s;
   auto [min, max] = *l.echelle;
-  std::array<char, 96> bornes{};
   if (min == max) {
     const double ecart = min == 0 ? 1 : std::abs(min) / 10;
     constexpr double fini = std::numeric_limits<double>::max();
     min = std::max(min - ecart, -fini);
     max = std::min(max + ecart, fini);
   }
-  static_cast<void>(
-      std::snprintf(bornes.data(), bornes.size(), "set cbrange [%.6g:%.6g]\n", min, max));
-  s += bornes.data();
+  s += "set cbrange [" + en_texte(min) + ':' + en_texte(max) + "]\n";
   if (l.logarithmique) s += "set logscale cb\n";
   s += "set palette defined (";
   for (std::size_t i = 0; i < palette.size(); ++i)
     s += (i > 0 ? ", " : "") + std::to_string(i) + ' ' + rgb(palette[i]);
-  const std::string x = std::to_string((largeur_cas + 45) / largeur);
+  const std::string x = en_texte_fixe((largeur_cas + 45) / largeur, 6);
   s += ")\nset colorbox user origin screen " + x + ",0.2 size screen " +
-       std::to_string(22 / largeur) + ",0.56\nset format cb '%g'\nset label " + mots(l.titre) +
+       en_texte_fixe(22 / largeur, 6) + ",0.56\nset format cb '%g'\nset label " + mots(l.titre) +
        " at screen " + x + ",0.80 left noenhanced\n";
   trace.element("using 1:2:3 with points lc palette notitle");
-  trace.point(-99, -99, " " + std::to_string(min));
+  trace.point(-99, -99, " " + en_texte_fixe(min, 6));
   return s;
 }
 

@@ -4,12 +4,12 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
 #include "app/flux_standards.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 
@@ -43,10 +43,12 @@ Endroit trouver_endroit(const std::string& nom) {
   constexpr int liens_max = 40;  // as the system has it: more are a loop
   for (int i = 0; i <= liens_max; ++i) {
     const std::string fin = chemin.filename().string();
-    std::from_chars(fin.data(), fin.data() + fin.size(), e.flux);
-    if (e.flux >= 0 && std::to_string(e.flux) == fin && liste_les_flux(chemin.parent_path()))
+    const auto flux = entier_strict(fin);
+    if (flux && *flux >= 0 && std::to_string(*flux) == fin &&
+        liste_les_flux(chemin.parent_path())) {
+      e.flux = *flux;
       return e;
-    e.flux = -1;
+    }
     if (!fs::is_symlink(fs::symlink_status(chemin, erreur))) {
       e.nom = chemin.string();
       return e;

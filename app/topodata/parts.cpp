@@ -11,6 +11,7 @@
 #include "dataset/arff.h"
 #include "dataset/partage.h"
 #include "dataset/schema.h"
+#include "texte/nombres.h"
 
 namespace topomine {
 

@@ -22,6 +22,10 @@ TEST(Conversion, StrictReadingTakesAWholeDecimalNumber) {
   for (const char* texte : {"1e-999", "0e9999999999"}) EXPECT_EQ(reel_strict(texte), 0.0);
   for (const char* texte : {"", "1,5", "nan", "-inf", "1e999", "0x1p3", "1e", ".", "1e-999.5"})
     EXPECT_FALSE(reel_strict(texte)) << texte;
+  EXPECT_EQ(naturel_en_tete("80x"), 80);
+  EXPECT_EQ(naturel_en_tete("fg", 16), 15);
+  for (const char* texte : {"", "-1", "+1", " 1", "99999999999999999999"})
+    EXPECT_FALSE(naturel_en_tete(texte)) << texte;
   for (const char* texte : {"0", "-.5", "1e3", "007"}) EXPECT_TRUE(est_un_reel(texte)) << texte;
   for (const char* texte : {"", "+1", " 1", "1e", "-", "inf", "1 "})
     EXPECT_FALSE(est_un_reel(texte)) << texte;
@@ -29,8 +33,13 @@ TEST(Conversion, StrictReadingTakesAWholeDecimalNumber) {
 
 TEST(Conversion, WritesTheLongestNumbers) {
   EXPECT_EQ(exactement(-2.2250738585072014e-308), "-2.2250738585072014e-308");
-  EXPECT_EQ(avec_chiffres(-2.2250738585072014e-308, 17), "-2.2250738585072014e-308");
-  EXPECT_EQ(avec_chiffres(123456, 5), "1.2346e+05");
+  EXPECT_EQ(en_texte(-2.2250738585072014e-308, 17), "-2.2250738585072014e-308");
+  EXPECT_EQ(en_texte(1234567), "1.23457e+06");
+  EXPECT_EQ(en_texte(123456, 5), "1.2346e+05");
+  EXPECT_EQ(en_texte_fixe(-0.25, 0), "-0");
+  const std::string grand = en_texte_fixe(-std::numeric_limits<double>::max(), 2);
+  EXPECT_EQ(grand.size(), 313);
+  EXPECT_TRUE(grand.ends_with("858368.00")) << grand;
 }
 
 TEST(Conversion, LeftoversAndFailuresShowInTheNextReads) {
