@@ -1,7 +1,6 @@
 #include "verifie/balises.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -16,16 +15,6 @@ namespace topomine {
 namespace {
 
 constexpr std::string_view blancs = " \t\r\n\v\f";
-
-bool commence_nom(char c) {
-  const auto u = static_cast<unsigned char>(c);
-  return u >= 127 || c == '_' || std::isalpha(u) != 0;
-}
-
-bool continue_nom(char c) {
-  return commence_nom(c) || std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '-' ||
-         c == '.' || c == ':';
-}
 
 /// A reading head that goes from tag to tag and keeps count of the lines.
 class Balises {
@@ -45,8 +34,8 @@ class Balises {
     int pareille = 0;  // line of its first child of the same name
   };
 
-  void signaler(int ligne, std::string quoi, Code code = Code::xml_mal_forme) {
-    faute_ = {code, ligne, std::move(quoi)};
+  void signaler(int ligne, std::string quoi) {
+    faute_ = {Code::xml_mal_forme, ligne, std::move(quoi)};
   }
   static std::string en(std::string_view balise, std::string_view nom, const char* fin = ">`") {
     return "`" + std::string(balise) + citer(nom) + fin;
@@ -128,7 +117,6 @@ class Balises {
   void ouvrante() {
     const int ligne = ligne_;
     const std::string_view nom_lu = nom();
-    int attributs = 0;
     for (;;) {
       sauter_blancs();
       if (voit("/>")) return avancer(2);
@@ -138,17 +126,11 @@ class Balises {
             ligne, "balise " + en("<", nom_lu, "`") +
                        (au_bout() ? " coupee par la fin du fichier" : " jamais fermee par `>`"));
       if (!attribut(nom_lu)) return;
-      if (++attributs > attributs_max)
-        return signaler(ligne, "plus de " + std::to_string(attributs_max) + " attributs",
-                        Code::document_demesure);
     }
     avancer(1);
     if (!ouvertes_.empty() && ouvertes_.back().nom == nom_lu && ouvertes_.back().pareille == 0)
       ouvertes_.back().pareille = ligne;
     ouvertes_.push_back({nom_lu, ligne});
-    if (ouvertes_.size() > niveaux_max)
-      signaler(ligne, "plus de " + std::to_string(niveaux_max) + " niveaux d'elements",
-               Code::document_demesure);
   }
 
   bool attribut(std::string_view element) {
@@ -184,7 +166,8 @@ class Balises {
              ouverte(o) + ", ferme par " + en("</", nom_lu) + " ligne " + std::to_string(ligne));
   }
 
-  /// An element that holds one of its own name was to be closed before it: none of ours nests so.
+  /// An element that contains its own name was probably not closed before it: no element of ours
+  /// nests in itself.
   void non_fermee(const Ouverte& o) {
     signaler(o.pareille, ouverte(o) + ", pas ferme avant " + en("<", o.nom) + " ligne " +
                              std::to_string(o.pareille));

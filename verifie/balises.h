@@ -8,7 +8,7 @@
 
 namespace topomine {
 
-// What can be said of a document from its bytes, where the parser only refuses it or keeps silent.
+// Faults found from a document's bytes, where the parser gives no reason or accepts them.
 
 struct FauteOctets {
   Code code;
@@ -17,8 +17,8 @@ struct FauteOctets {
 };
 
 /// The first place where the document stops making sense: tags that do not match, with the line of
-/// both, a tag, comment or quotation without an end, a stray "<" or "&", too deep a nesting.
-/// Nothing when the tags are in order.
+/// both, a tag, comment or quotation without an end, a stray "<" or "&". Nothing when the tags are
+/// in order.
 std::optional<FauteOctets> faute_xml(std::string_view texte);
 
 /// The first byte that the declared encoding, UTF-8 without one, cannot mean; or the first NUL,

@@ -13,20 +13,24 @@ namespace topomine {
 
 namespace {
 
-/// A finding repeats what a file calls things, and a file can have findings by the hundred
-/// thousand: long names and texts are cut.
+/// Names and texts in findings are cut: one file may have 100,000.
 std::string abreger(const std::string& texte) {
   constexpr std::size_t max = 300;
   return texte.size() <= max ? texte : texte.substr(0, max - 3) + "...";
 }
 
-/// A document that the parser refuses: where its tags stop making sense, else where it stopped.
+/// A document that cannot be parsed: where it goes beyond the limits, else where its tags stop
+/// making sense, else where the parser stopped.
 FauteOctets refus(const std::string& fichier, const std::optional<FauteOctets>& codage,
                   const DocumentXml& doc) {
   std::string texte;
   if (lire_fichier(fichier, texte) != Lecture::faite ||
       texte.find_first_not_of(" \t\r\n") == std::string::npos)
     return {Code::document_vide, 1, "vide"};
+  if (const auto trop = hors_limites(texte))
+    return {Code::document_demesure, trop->ligne,
+            trop->niveaux ? "plus de " + std::to_string(niveaux_max) + " niveaux d'elements"
+                          : "plus de " + std::to_string(attributs_max) + " attributs"};
   if (auto faute = faute_xml(texte)) return *std::move(faute);
   if (codage) return {Code::xml_mal_forme, codage->ligne, codage->quoi};
   const auto [vide, ligne, colonne] = doc.arret();

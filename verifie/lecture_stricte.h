@@ -14,8 +14,8 @@
 
 namespace topomine {
 
-// A strict reading of a case, for those who mend it: it goes on after a fault, says each one with
-// its place, and knows the line of everything it has read. It never writes on the consoles.
+// A strict reading of a case, for people who repair it: it goes on after a fault, says each one
+// with its place, and knows the line of everything it has read. It never writes on the consoles.
 
 /// The files of a base, in the order in which they are read and reported.
 enum Fichier { fic_def, fic_blck, fic_face, fic_edge, fic_vrtx, nb_fichiers };

@@ -6,7 +6,6 @@
 
 #include "base/lecture/fichier.h"
 #include "base/lecture/journal.h"
-#include "base/lecture/limites_xml.h"
 #include "base/lecture/tranches.h"
 #include "base/lecture/xml.h"
 
@@ -40,6 +39,11 @@ bool analyser_xml(std::string texte, DocumentXml& doc, bool suivi) {
   preparer(texte);
   if (!xml_lisible(texte)) return false;
   return doc.analyser(texte, suivi);
+}
+
+std::optional<Depassement> hors_limites(std::string texte) {
+  preparer(texte);
+  return depassement(texte);
 }
 
 bool lire_document(Base& base, const std::string& fichier, Marche marche, Echec echec,

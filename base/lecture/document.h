@@ -1,6 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
+
+#include "base/lecture/limites_xml.h"
 
 class Base;
 
@@ -13,6 +16,9 @@ class Journal;
 /// limites_xml.h. One without any element is well-formed for the parser. `texte` is spent.
 /// suivi: with the line of each node, which costs a tenth of the time.
 bool analyser_xml(std::string texte, DocumentXml& doc, bool suivi = false);
+
+/// The element by which a document that could not be parsed goes beyond those limits, if any.
+std::optional<Depassement> hors_limites(std::string texte);
 
 /// A walk: reads what a document holds into the base. `fichier` only names it in messages.
 using Marche = bool (*)(Base& base, const DocumentXml& doc, const std::string& fichier,

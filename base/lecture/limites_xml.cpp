@@ -2,6 +2,7 @@
 
 #include <tinyxml.h>
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
@@ -31,6 +32,8 @@ struct Noms {
 };
 constexpr Noms noms;
 
+}  // namespace
+
 bool commence_nom(char c) {
   return noms.commence[static_cast<unsigned char>(c)];
 }
@@ -38,6 +41,8 @@ bool commence_nom(char c) {
 bool continue_nom(char c) {
   return noms.continue_[static_cast<unsigned char>(c)];
 }
+
+namespace {
 
 /// `mot` is in lower case; the text is compared without regard to case.
 bool commence_par(std::string_view texte, std::string_view mot) {
@@ -59,14 +64,15 @@ int longueur_utf8(char c) {
 class Tete {
  public:
   Tete(const std::string& texte, LimitesXml limites)
-      : p_(texte.c_str()), fin_(p_ + std::strlen(p_)), limites_(limites) {}
+      : debut_(texte.c_str()), p_(debut_), fin_(p_ + std::strlen(p_)), limites_(limites) {}
 
-  bool dans_les_limites() {
+  std::optional<Depassement> depassement() {
     if (prendre("\xEF\xBB\xBF")) codage_ = TIXML_ENCODING_UTF8;
     while (avancer()) {
-      if (niveau_ > limites_.niveaux || attributs_ > limites_.attributs) return false;
     }
-    return niveau_ <= limites_.niveaux && attributs_ <= limites_.attributs;
+    if (niveau_ <= limites_.niveaux && attributs_ <= limites_.attributs) return {};
+    return Depassement{niveau_ > limites_.niveaux,
+                       1 + static_cast<int>(std::count(debut_, element_, '\n'))};
   }
 
  private:
@@ -189,6 +195,7 @@ class Tete {
   }
 
   bool element() {
+    element_ = p_;
     attributs_ = 0;
     if (++niveau_ > limites_.niveaux || !nom()) return false;
     for (;;) {
@@ -219,8 +226,10 @@ class Tete {
     return true;
   }
 
+  const char* debut_;
   const char* p_;
   const char* fin_;
+  const char* element_ = nullptr;
   LimitesXml limites_;
   TiXmlEncoding codage_ = TIXML_ENCODING_UNKNOWN;
   int niveau_ = 0;
@@ -229,8 +238,8 @@ class Tete {
 
 }  // namespace
 
-bool xml_lisible(const std::string& texte, LimitesXml limites) {
-  return Tete(texte, limites).dans_les_limites();
+std::optional<Depassement> depassement(const std::string& texte, LimitesXml limites) {
+  return Tete(texte, limites).depassement();
 }
 
 }  // namespace topomine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace topomine {
@@ -17,9 +18,24 @@ struct LimitesXml {
   int attributs = attributs_max;
 };
 
-/// Follows the document as TinyXML would read it and tells whether it can be handed over: within
-/// the limits. `texte` ends in four NULs and has no other, see analyser_xml. Whether it is
-/// well-formed is for the parser: up to its first error the two see the same elements.
-bool xml_lisible(const std::string& texte, LimitesXml limites = {});
+/// The element that goes beyond a limit.
+struct Depassement {
+  bool niveaux;  ///< by its nesting, else by its attributes
+  int ligne;     ///< counted from 1
+};
+
+/// Follows the document as TinyXML would read it, to the first element that goes beyond the limits.
+/// `texte` ends in four NULs and has no other, see analyser_xml. Whether it is well-formed is for
+/// the parser: up to its first error the two see the same elements.
+std::optional<Depassement> depassement(const std::string& texte, LimitesXml limites = {});
+
+/// It can be handed over to the parser.
+inline bool xml_lisible(const std::string& texte, LimitesXml limites = {}) {
+  return !depassement(texte, limites);
+}
+
+/// What the names of elements and attributes begin with and go on with, for the parser.
+bool commence_nom(char c);
+bool continue_nom(char c);
 
 }  // namespace topomine
