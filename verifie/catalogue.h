@@ -10,6 +10,14 @@
 
 namespace topomine {
 
+/// What becomes of a finding beside others, see regles.cpp.
+enum class Origine {
+  a_part,    ///< said whatever else is
+  lecture,   ///< an element is not read as meant: explains what the rules say of its entity
+  regle,     ///< may follow from what the reading says of the entity
+  ensemble,  ///< likewise, or from two files that do not belong together
+};
+
 /// What is known of a kind of finding, the same wherever it is found.
 struct Fiche {
   Code code;
@@ -18,6 +26,7 @@ struct Fiche {
   std::string_view sens;    ///< what it means
   std::string_view table;   ///< why it matters to the table
   std::string_view remede;  ///< how to mend it, in a few words
+  Origine origine = Origine::regle;
 };
 
 /// All of them, by code.

@@ -23,45 +23,33 @@ constexpr Regle regles[]{
     regle_projections,  regle_confondus,     regle_volumes,      regle_pieces,
 };
 
-/// What files that do not belong together bring with them, besides the finding that says so.
-constexpr Code suites_d_un_autre_cas[]{Code::reference_absente,    Code::orphelin,
-                                       Code::face_de_trop,         Code::tour_rompu,
-                                       Code::faces_disjointes,     Code::edge_contredite,
-                                       Code::bloc_manquant,        Code::bord_sans_code,
-                                       Code::interieur_code,       Code::edge_code_etranger,
-                                       Code::edge_code_du_mode,    Code::bloc_gauche,
-                                       Code::face_code_contredit,  Code::type_faux,
-                                       Code::exact_loin,           Code::sommets_confondus,
-                                       Code::projection_loin,      Code::paroi_sans_piece,
-                                       Code::famille_c_non_vue,    Code::sommet_deplace,
-                                       Code::scene_d_un_autre_cas, Code::case_vide};
-
-/// Findings that the reading has had of an entity explain what the rules say of it: the worse of
-/// the two stays, with the other's words when they are not its own.
+/// Reading findings and rule findings on one entity: only the more severe stays, with the other's
+/// text in brackets if it came from elsewhere.
 void joindre_lecture(std::vector<Constat>& constats) {
   std::map<std::tuple<std::string, std::string, std::string>, std::size_t> lus;
-  const auto de_lecture = [](const Constat& c) {
-    return c.code >= Code::element_absent && c.code <= Code::liste_coupee;
-  };
   const auto cle = [](const Constat& c) { return std::tuple(c.fichier, c.sorte, c.numero); };
   std::vector<char> tus(constats.size(), 0);
   for (std::size_t i = 0; i < constats.size(); ++i) {
-    if (!de_lecture(constats[i])) continue;
+    const Fiche& f = fiche(constats[i].code);
+    if (f.origine != Origine::lecture) continue;
     const auto [place, nouveau] = lus.try_emplace(cle(constats[i]), i);
     const std::size_t autre = place->second;
+    const Gravite sienne = fiche(constats[autre].code).gravite;
     // An element that is not read and one that is missing are one.
-    if (nouveau || fiche(constats[i].code).gravite == fiche(constats[autre].code).gravite) continue;
-    const bool pire = fiche(constats[i].code).gravite > fiche(constats[autre].code).gravite;
+    if (nouveau || f.gravite == sienne) continue;
+    const bool pire = f.gravite > sienne;
     constats[pire ? i : autre].quoi += " (" + constats[pire ? autre : i].quoi + ")";
     tus[pire ? autre : i] = 1;
     if (pire) place->second = i;
   }
   if (lus.empty()) return;
   for (std::size_t i = 0; i < constats.size(); ++i) {
+    const Fiche& f = fiche(constats[i].code);
     const auto lu = lus.find(cle(constats[i]));
-    if (lu == lus.end() || constats[i].code < Code::reference_absente) continue;
+    if (lu == lus.end() || (f.origine != Origine::regle && f.origine != Origine::ensemble))
+      continue;
     const Constat& cause = constats[lu->second];
-    if (fiche(constats[i].code).gravite > fiche(cause.code).gravite) {
+    if (f.gravite > fiche(cause.code).gravite) {
       constats[i].quoi += " (" + cause.quoi + ")";
       tus[lu->second] = 1;
     } else {
@@ -78,9 +66,8 @@ void elaguer(std::vector<Constat>& constats) {
     return std::ranges::find(constats, code, &Constat::code) != constats.end();
   };
   if (a(Code::liens_d_un_autre_cas) || a(Code::positions_d_un_autre_cas))
-    std::erase_if(constats, [](const Constat& c) {
-      return std::ranges::find(suites_d_un_autre_cas, c.code) != std::end(suites_d_un_autre_cas);
-    });
+    std::erase_if(constats,
+                  [](const Constat& c) { return fiche(c.code).origine == Origine::ensemble; });
   if (a(Code::code_inconnu))  // a row that is gone takes the family with it
     std::erase_if(constats, [](const Constat& c) {
       return c.code == Code::famille_inconnue || c.code == Code::famille_c_inconnue;
@@ -98,8 +85,9 @@ void scene_d_une_autre(CasLu& r, Voisinage& v) {
       nom != r.base.nom && (std::ranges::find(v.bases, nom) != v.bases.end() ||
                             std::ranges::find(bases_integrees, nom) != bases_integrees.end());
   if (!autre && (premiere || place->second == r.base.nom)) return;
-  r.signaler(Code::nom_d_une_autre_base, fic_def, r.ligne_avion("name"), "reference_avion", "",
-             "name '" + citer(nom) + "' est celui de la base " + (autre ? nom : place->second));
+  r.signaler(
+      Code::nom_d_une_autre_base, fic_def, r.ligne_avion("name"), "reference_avion", "",
+      "name " + entre_apostrophes(nom) + " est celui de la base " + (autre ? nom : place->second));
 }
 
 void mesures_negatives(CasLu& r) {
