@@ -130,8 +130,7 @@ struct Constat {
   std::string champ{};  ///< names down to the element of the entity that the line is to be of
 };
 
-/// Keeps a finding. Of a list that nobody will read to its end, the rest is said in one: a small
-/// file can have findings by the million.
+/// Keeps a finding. After 100,000 one last finding says that more were dropped.
 void retenir(std::vector<Constat>& constats, Constat constat);
 
 /// A text of a file as findings show it: its beginning where it is long, as there may be as many
@@ -139,6 +138,9 @@ void retenir(std::vector<Constat>& constats, Constat constat);
 inline std::string citer(std::string_view texte) {
   constexpr std::size_t assez = 80;
   return std::string(texte.substr(0, assez)) + (texte.size() > assez ? "..." : "");
+}
+inline std::string entre_apostrophes(std::string_view texte) {
+  return "'" + citer(texte) + "'";
 }
 
 }  // namespace topomine

@@ -16,33 +16,33 @@ std::vector<const Entite*> adresses(const std::map<int, Entite>& table) {
 
 }  // namespace
 
-Examen::Examen(CasLu& cas, const ConfigLue& configuration)
-    : r(cas),
+Examen::Examen(CasLu& cas_lu, const ConfigLue& configuration)
+    : cas(cas_lu),
       config(configuration),
-      m(cas.base),
+      maille(cas.base),
       blocs(adresses(cas.base.blocs)),
       faces(adresses(cas.base.faces)),
       edges(adresses(cas.base.edges)) {
   for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx})
     douteux[f].assign(static_cast<std::size_t>(rangs(f).nb()), 0);
-  for (const auto& [numero, parties] : r.illisibles[fic_vrtx])
-    if (const int rang = m.num_sommets.rang(numero); rang >= 0) douter(fic_vrtx, rang);
+  for (const auto& [numero, parties] : cas.illisibles[fic_vrtx])
+    if (const int rang = maille.num_sommets.rang(numero); rang >= 0) douter(fic_vrtx, rang);
 }
 
 bool Examen::lus(std::initializer_list<Fichier> fichiers) const {
-  return std::ranges::all_of(fichiers, [this](Fichier f) { return r.lus[f]; });
+  return std::ranges::all_of(fichiers, [this](Fichier f) { return cas.lus[f]; });
 }
 
 const Rangs& Examen::rangs(Fichier f) const {
   switch (f) {
     case fic_blck:
-      return m.num_blocs;
+      return maille.num_blocs;
     case fic_face:
-      return m.num_faces;
+      return maille.num_faces;
     case fic_edge:
-      return m.num_edges;
+      return maille.num_edges;
     default:
-      return m.num_sommets;
+      return maille.num_sommets;
   }
 }
 
@@ -57,12 +57,12 @@ void Examen::douter(Fichier f, int rang) {
 void Examen::signaler(Code code, Fichier f, int rang, const std::string& quoi,
                       const std::string& champ) {
   const int n = numero(f, rang);
-  r.signaler(code, f, r.ligne(f, n), sorte(f), std::to_string(n), quoi);
-  r.constats.back().champ = champ;
+  cas.signaler(code, f, cas.ligne(f, n), sorte(f), std::to_string(n), quoi);
+  cas.constats.back().champ = champ;
 }
 
 void Examen::signaler(Code code, Fichier f, const std::string& quoi, int ligne) {
-  r.signaler(code, f, ligne, "fichier", "", quoi);
+  cas.signaler(code, f, ligne, "fichier", "", quoi);
 }
 
 const char* sorte(Fichier f) {

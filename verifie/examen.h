@@ -13,12 +13,12 @@
 namespace topomine {
 
 /// What the rules look at and write to. They run in the order of one table (regles.cpp): those that
-/// say what is wrong with a link mend it in `m`, or mark the entity as one that later rules cannot
-/// judge, so that one fault is one finding.
+/// say what is wrong with a link mend it in `maille`, or mark the entity as one that later rules
+/// cannot judge, so that one fault is one finding.
 struct Examen {
-  CasLu& r;
+  CasLu& cas;
   const ConfigLue& config;
-  Maille m;
+  Maille maille;
   std::vector<const Block*> blocs;
   std::vector<const Face*> faces;
   std::vector<const Edge*> edges;
@@ -27,7 +27,7 @@ struct Examen {
   /// The links between two files are mostly wrong, which has been said: nothing else is looked at.
   bool liens_perdus = false;
 
-  Examen(CasLu& cas, const ConfigLue& configuration);
+  Examen(CasLu& cas_lu, const ConfigLue& configuration);
 
   bool lus(std::initializer_list<Fichier> fichiers) const;
   const Rangs& rangs(Fichier f) const;

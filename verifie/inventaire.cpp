@@ -109,8 +109,8 @@ class Inventaire {
 
   void visiter(Noeud n, const Contenu& contenu) {
     unsigned vus = 0;
-    std::size_t attendu = 0;  // they mostly come in the order of the list
-    // The next element of the list that stands open, looked for once: n is no answer yet.
+    std::size_t attendu = 0;  // the word whose turn it is
+    // Next element that continues the open list, searched once; n stands for "not searched yet".
     Noeud suite = n;
     const std::size_t nb = contenu.mots.size();
     for (Noeud e = n.premier(); e; e = e.suivant()) {
@@ -119,7 +119,7 @@ class Inventaire {
         continue;
       }
       std::size_t i = 0;
-      while (i < nb && !est(contenu.mots[(attendu + i) % nb], e.valeur())) ++i;
+      while (i < nb && !est(contenu.mots[i], e.valeur())) ++i;
       if (i == nb) {
         if (suite == n)
           suite = contenu.mots[attendu].fois == Fois::debut
@@ -130,7 +130,6 @@ class Inventaire {
           signaler(Code::element_inconnu, e, "rien ne lit l'element " + citer(e.valeur()));
         continue;
       }
-      i = (attendu + i) % nb;
       const Mot& mot = contenu.mots[i];
       if (vus & 1U << i && !repete(mot, n)) {
         signaler(Code::element_en_double, e,
@@ -153,7 +152,7 @@ class Inventaire {
 
   void autre_noeud(Noeud n, const Contenu& contenu) {
     if (n.est_texte() && !contenu.libre)
-      signaler(Code::element_inconnu, n, "rien ne lit le texte '" + citer(n.valeur()) + "'");
+      signaler(Code::element_inconnu, n, "rien ne lit le texte " + entre_apostrophes(n.valeur()));
     if (n.est_commentaire())
       for (const Mot& mot : contenu.mots)
         if (std::strstr(n.valeur(), ("<" + std::string(mot.nom)).c_str()))

@@ -18,10 +18,6 @@ std::string nom_de(Noeud n) {
   return nom == "Cell" && n.parent() ? citer(n.parent().valeur()) + "/" + nom : nom;
 }
 
-std::string entre_apostrophes(std::string_view texte) {
-  return "'" + citer(texte) + "'";
-}
-
 }  // namespace
 
 void JournalConstats::signaler(Code code, Noeud ou, const std::string& quoi) {

@@ -32,7 +32,7 @@ class JournalConstats final : public JournalStrict {
  public:
   JournalConstats(CasLu& cas, Fichier fichier) : r_(cas), f_(fichier) {}
 
-  // A strict reading meets no end, and nobody follows how it gets on.
+  // Not used in a strict reading.
   void ouverture(const std::string& /*fichier*/) override {}
   void illisible(const std::string& /*fichier*/, bool /*ligne_neuve*/) override {}
   void trace(std::string_view /*ligne*/) override {}

@@ -94,7 +94,7 @@ class Config {
     if (const auto bccode = champ(rang_bccode_)) {
       l.bccode = entier_strict(*bccode);
       if (!l.bccode)
-        signaler(Code::config_bccode, "BCCODE n'est pas un entier : '" + citer(*bccode) + "'");
+        signaler(Code::config_bccode, "BCCODE n'est pas un entier : " + entre_apostrophes(*bccode));
     }
     const auto [place, nouveau] = r_.codes.try_emplace(*code, l);
     if (nouveau) return;

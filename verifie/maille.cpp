@@ -6,10 +6,6 @@
 namespace topomine {
 
 int Rangs::rang(int numero) const {
-  if (numeros_.empty() || numero < numeros_.front() || numero > numeros_.back()) return inconnu;
-  // Mostly they follow each other: a guess finds them at once.
-  const auto devine = static_cast<std::size_t>(static_cast<long>(numero) - numeros_.front());
-  if (devine < numeros_.size() && numeros_[devine] == numero) return static_cast<int>(devine);
   const auto trouve = std::ranges::lower_bound(numeros_, numero);
   return trouve != numeros_.end() && *trouve == numero ? static_cast<int>(trouve - numeros_.begin())
                                                        : inconnu;
@@ -17,8 +13,8 @@ int Rangs::rang(int numero) const {
 
 Maille::Maille(const Base& base)
     : num_blocs(base.blocs), num_faces(base.faces), num_edges(base.edges), num_sommets(base.vrtxs) {
-  places.reserve(base.vrtxs.size());
-  for (const auto& [numero, v] : base.vrtxs) places.push_back({v._posX(), v._posY(), v._posZ()});
+  positions.reserve(base.vrtxs.size());
+  for (const auto& [numero, v] : base.vrtxs) positions.push_back({v._posX(), v._posY(), v._posZ()});
 }
 
 void Maille::monter_edges() {

@@ -9,6 +9,7 @@
 
 #include "base/base.h"
 #include "mesh/numbering.h"
+#include "mesh/vecteur.h"
 
 namespace topomine {
 
@@ -19,15 +20,15 @@ namespace topomine {
 constexpr int vide = -1;     ///< a slot that the file leaves empty
 constexpr int inconnu = -2;  ///< a slot that could not be read, or that names what does not exist
 
-/// No mesh has as many faces on an edge, edges at a vertex or codes on an entity: what has more is
-/// not looked into, which keeps the time of the rules linear.
+/// Entities with more links or codes than this are skipped by the rules: no real mesh has them, and
+/// time stays linear.
 constexpr std::size_t beaucoup = 64;
 
 /// Lists of ranks, one per owner, in one piece of memory.
 class Listes {
  public:
-  /// From pairs (owner, rank); of one owner they keep their order.
   Listes() = default;
+  /// From pairs (owner, rank); of one owner they keep their order.
   template <class Parcourir>
   Listes(std::size_t nb, Parcourir parcourir) : debuts_(nb + 1, 0) {
     parcourir([&](int de, int) { ++debuts_[static_cast<std::size_t>(de) + 1]; });
@@ -68,14 +69,13 @@ template <std::size_t N>
 using Liens = std::vector<std::array<int, N>>;
 
 struct Maille {
-  using Place = std::array<double, 3>;
   using Coins = std::array<int, 8>;  ///< corner i + 2j + 4k
 
   Rangs num_blocs, num_faces, num_edges, num_sommets;
   Liens<nb_faces_bloc> blocs;
   Liens<nb_edges_face> faces;
   Liens<nb_vrtxs_edge> edges;
-  std::vector<Place> places;
+  std::vector<Vec> positions;
   std::vector<std::pair<int, int>> partages;  ///< block and face: the face is a part of a slot
   Listes blocs_de_face, faces_d_edge;
 

@@ -25,7 +25,7 @@ using Faces = std::array<int, nb_faces_bloc>;
 /// which it shrank; opposite ones share none, unless the block is collapsed.
 class Assemblage {
  public:
-  explicit Assemblage(Examen& x) : x_(x), m_(x.m) {}
+  explicit Assemblage(Examen& x) : x_(x), m_(x.maille) {}
 
   void examiner() {
     copies();
@@ -83,7 +83,7 @@ class Assemblage {
     if (!sure(faces, s) || !sure(faces, t)) return true;
     const int f = au(faces, s), g = au(faces, t);
     const bool communs = nb_communs(au(m_.faces, f), au(m_.faces, g)) > 0;
-    // Between the two a slot that is not known may be joined to itself, as behind the tail of a C.
+    // If a slot between them is unknown, the two may legitimately meet, as behind the tail of a C.
     if (opposees(s, t))
       return f == g || !communs || contient(faces, vide) || contient(faces, inconnu);
     return f != g &&
@@ -213,7 +213,7 @@ class Assemblage {
 
 void regle_assemblage(Examen& x) {
   if (x.liens_perdus || !x.lus({fic_blck, fic_face, fic_edge}))
-    x.m.monter_faces();
+    x.maille.monter_faces();
   else
     Assemblage(x).examiner();
 }

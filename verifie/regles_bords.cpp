@@ -38,7 +38,7 @@ bool a_code_inconnu(const Examen& x, const Entite& entite) {
 }
 
 bool codes_illisibles(const Examen& x, Fichier f, int rang) {
-  return x.r.illisible(f, x.numero(f, rang), partie_codes);
+  return x.cas.illisible(f, x.numero(f, rang), partie_codes);
 }
 
 }  // namespace
@@ -73,13 +73,13 @@ void regle_codes_connus(Examen& x) {
 
 /// Boundary faces bear one code, inner ones none.
 void regle_codes_de_face(Examen& x) {
-  if (x.liens_perdus || !x.lus({fic_blck, fic_face}) || x.r.perdus[fic_blck] > 0) return;
+  if (x.liens_perdus || !x.lus({fic_blck, fic_face}) || x.cas.perdus[fic_blck] > 0) return;
   std::size_t trous = 0;
-  for (const auto& faces : x.m.blocs)
+  for (const auto& faces : x.maille.blocs)
     trous += static_cast<std::size_t>(std::ranges::count(faces, inconnu));
   std::vector<int> nues;
-  for (int f = 0; f < x.m.num_faces.nb(); ++f) {
-    const auto blocs = x.m.blocs_de_face[f];
+  for (int f = 0; f < x.maille.num_faces.nb(); ++f) {
+    const auto blocs = x.maille.blocs_de_face[f];
     const Face& face = *au(x.faces, f);
     if (blocs.size() > 2) {
       std::vector<int> numeros;
@@ -88,7 +88,7 @@ void regle_codes_de_face(Examen& x) {
                  "sur " + std::to_string(blocs.size()) + " blocs : " + enumerer(numeros));
       x.douter(fic_face, f);
     } else if (codes_illisibles(x, fic_face, f) || x.est_douteux(fic_face, f) ||
-               x.r.disputes[fic_face].contains(x.numero(fic_face, f))) {
+               x.cas.disputes[fic_face].contains(x.numero(fic_face, f))) {
       x.douter(fic_face, f);
     } else if (blocs.size() == 1 && face.nb_BC() == 0) {
       nues.push_back(f);
@@ -110,7 +110,8 @@ void regle_codes_de_face(Examen& x) {
     // A slot that could not be read may be where its second block is.
     if (nues.size() > trous)
       x.signaler(Code::bord_sans_code, fic_face, f,
-                 "au bord du bloc " + std::to_string(x.numero(fic_blck, x.m.blocs_de_face[f][0])) +
+                 "au bord du bloc " +
+                     std::to_string(x.numero(fic_blck, x.maille.blocs_de_face[f][0])) +
                      ", sans code");
     x.douter(fic_face, f);
   }
@@ -137,15 +138,16 @@ class CodesDEdge {
   CodesDEdge(Examen& x, Mode mode) : x_(x), mode_(mode), faux_(x.edges.size(), 0) {}
 
   void examiner() {
-    // The face that a slot should name may be the one that has the code.
-    for (const auto& faces : x_.m.blocs)
+    // Blocks with an unknown slot: the missing face may carry the code, so their edges are not
+    // judged.
+    for (const auto& faces : x_.maille.blocs)
       if (contient(faces, inconnu))
         for (const int f : faces)
           if (f >= 0)
-            for (const int e : au(x_.m.faces, f))
+            for (const int e : au(x_.maille.faces, f))
               if (e >= 0) x_.douter(fic_edge, e);
     std::size_t nb_faux = 0, nb = 0;
-    for (int e = 0; e < x_.m.num_edges.nb(); ++e) {
+    for (int e = 0; e < x_.maille.num_edges.nb(); ++e) {
       if (!jugeable(e)) continue;
       ++nb;
       nb_faux += au(faux_, e) = !accord(e).juste();
@@ -153,10 +155,10 @@ class CodesDEdge {
     if (nb_faux > 8 && nb_faux * 4 > nb)
       return x_.signaler(Code::edge_code_du_mode, fic_edge,
                          "les codes de " + std::to_string(nb_faux) + " edges sur " +
-                             std::to_string(nb) + " ne sont pas ceux du mode " + x_.r.base.type);
+                             std::to_string(nb) + " ne sont pas ceux du mode " + x_.cas.base.type);
     if (nb_faux == 0) return;
-    for (int f = 0; f < x_.m.num_faces.nb(); ++f) juger_face(f);
-    for (int e = 0; e < x_.m.num_edges.nb(); ++e)
+    for (int f = 0; f < x_.maille.num_faces.nb(); ++f) juger_face(f);
+    for (int e = 0; e < x_.maille.num_edges.nb(); ++e)
       if (au(faux_, e)) dire(e);
   }
 
@@ -165,7 +167,7 @@ class CodesDEdge {
     if (x_.est_douteux(fic_edge, e) || codes_illisibles(x_, fic_edge, e) ||
         a_code_inconnu(x_, *au(x_.edges, e)))
       return false;
-    return std::ranges::none_of(x_.m.faces_d_edge[e], [&](int f) {
+    return std::ranges::none_of(x_.maille.faces_d_edge[e], [&](int f) {
       return x_.est_douteux(fic_face, f) || a_code_inconnu(x_, *au(x_.faces, f));
     });
   }
@@ -175,7 +177,7 @@ class CodesDEdge {
     for (Codes* codes : {&accord_.portes, &accord_.des_faces, &accord_.attendus}) codes->clear();
     ajouter_codes(accord_.portes, *au(x_.edges, e));
     ranger(accord_.portes);
-    for (const int f : x_.m.faces_d_edge[e]) {
+    for (const int f : x_.maille.faces_d_edge[e]) {
       if (f == sauf)
         accord_.des_faces.push_back(code);
       else
@@ -187,15 +189,15 @@ class CodesDEdge {
     return accord_;
   }
 
-  /// Where another code would put all the edges of a face right, the face has the wrong one.
+  /// Reports the face when one other code on it would make all its edges right.
   void juger_face(int f) {
     const Face& face = *au(x_.faces, f);
     if (face.nb_BC() != 1) return;
     int nb_faux = 0;
     Codes candidats;
-    for (const int e : au(x_.m.faces, f)) {
+    for (const int e : au(x_.maille.faces, f)) {
       if (e < 0) continue;
-      if (x_.m.faces_d_edge[e].size() > beaucoup) return;
+      if (x_.maille.faces_d_edge[e].size() > beaucoup) return;
       nb_faux += au(faux_, e);
       for (const Codes& codes : {accord(e).portes, accord(e).des_faces})
         candidats.insert(candidats.end(), codes.begin(), codes.end());
@@ -204,7 +206,7 @@ class CodesDEdge {
     ranger(candidats);
     if (candidats.size() > beaucoup) return;
     const auto redresse = [&](int code) {
-      return code != face._BC(0) && std::ranges::all_of(au(x_.m.faces, f), [&](int e) {
+      return code != face._BC(0) && std::ranges::all_of(au(x_.maille.faces, f), [&](int e) {
                return e < 0 || accord(e, f, code).juste();
              });
     };
@@ -214,7 +216,7 @@ class CodesDEdge {
                 "code " + std::to_string(face._BC(0)) + " que ses edges contredisent, avec " +
                     std::to_string(*code) + " elles seraient justes",
                 codes_de);
-    for (const int e : au(x_.m.faces, f))
+    for (const int e : au(x_.maille.faces, f))
       if (e >= 0) au(faux_, e) = 0;
   }
 
@@ -229,7 +231,7 @@ class CodesDEdge {
                          "code " + std::to_string(code) +
                              " qu'aucune de ses faces n'a, elles ont " + en_texte(d.des_faces));
     x_.signaler(Code::edge_code_du_mode, fic_edge, e,
-                "porte " + en_texte(d.portes) + ", en " + x_.r.base.type + " ses faces veulent " +
+                "porte " + en_texte(d.portes) + ", en " + x_.cas.base.type + " ses faces veulent " +
                     en_texte(d.attendus));
   }
 
@@ -241,7 +243,7 @@ class CodesDEdge {
 
 void codes_repetes(Examen& x) {
   Codes codes;
-  for (int e = 0; e < x.m.num_edges.nb(); ++e) {
+  for (int e = 0; e < x.maille.num_edges.nb(); ++e) {
     codes.clear();
     ajouter_codes(codes, *au(x.edges, e));
     const std::size_t avant = codes.size();
@@ -255,31 +257,31 @@ void codes_repetes(Examen& x) {
 void regle_codes_d_edge(Examen& x) {
   if (!x.lus({fic_edge})) return;
   codes_repetes(x);
-  if (x.liens_perdus || !x.lus({fic_blck, fic_face}) || x.r.perdus[fic_face] > 0) return;
+  if (x.liens_perdus || !x.lus({fic_blck, fic_face}) || x.cas.perdus[fic_face] > 0) return;
   for (const auto& [nom, mode] :
        {std::pair{"ext", Mode::ext}, {"nrm", Mode::nrm}, {"min", Mode::min}})
-    if (x.r.base.type == nom) CodesDEdge(x, mode).examiner();
+    if (x.cas.base.type == nom) CodesDEdge(x, mode).examiner();
 }
 
 void regle_types(Examen& x) {
   std::vector<int> faux;
   std::size_t juges = 0;
-  const bool liens = !x.liens_perdus && x.lus({fic_blck, fic_face}) && x.r.perdus[fic_blck] == 0;
+  const bool liens = !x.liens_perdus && x.lus({fic_blck, fic_face}) && x.cas.perdus[fic_blck] == 0;
   const auto au_bord = [&](int b) {
     int nb = 0;
-    for (const int f : au(x.m.blocs, b)) nb += f >= 0 && x.m.blocs_de_face[f].size() == 1;
+    for (const int f : au(x.maille.blocs, b)) nb += f >= 0 && x.maille.blocs_de_face[f].size() == 1;
     return nb;
   };
-  for (int b = 0; b < x.m.num_blocs.nb(); ++b) {
+  for (int b = 0; b < x.maille.num_blocs.nb(); ++b) {
     const int type = au(x.blocs, b)->_type();
-    if (x.r.illisible(fic_blck, x.numero(fic_blck, b), partie_valeurs)) continue;
+    if (x.cas.illisible(fic_blck, x.numero(fic_blck, b), partie_valeurs)) continue;
     if (type < type_de_base || type > type_max) {
       x.signaler(Code::type_hors, fic_blck, b, "type " + std::to_string(type) + " hors de 30 a 39",
                  "Type");
       continue;
     }
     if (!liens || x.est_douteux(fic_blck, b)) continue;
-    if (std::ranges::any_of(au(x.m.blocs, b),
+    if (std::ranges::any_of(au(x.maille.blocs, b),
                             [&](int f) { return f >= 0 && x.est_douteux(fic_face, f); }))
       continue;
     ++juges;

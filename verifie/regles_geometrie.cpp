@@ -26,7 +26,7 @@ constexpr double facteur_moyen = 2;
 /// The corners of a left-handed block enclose minus its volume. Those of a block that bends by more
 /// than half a turn are turned too, but sin t / t is never below -0.217.
 constexpr double part_gauche = 0.25;
-/// Its square, summed over neighbours, still is a number.
+/// Its square, summed over neighbours, does not overflow.
 constexpr double grand = 1e150;
 /// Files of ten digits give values to this, for one of size 1 ...
 constexpr double precision = 2e-9;
@@ -105,7 +105,7 @@ class Volumes {
   }
 
  private:
-  int nb() const { return x_.m.num_blocs.nb(); }
+  int nb() const { return x_.maille.num_blocs.nb(); }
   Bloc& bloc(int b) { return au(blocs_, b); }
   void signaler(Code code, int b, const std::string& quoi, const std::string& champ = "Volumes") {
     x_.signaler(code, fic_blck, b, quoi, champ);
@@ -117,13 +117,14 @@ class Volumes {
     k.lues = donnees(*au(x_.blocs, b));
     k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
     if (x_.liens_perdus || !x_.lus({fic_blck, fic_face, fic_edge, fic_vrtx}) ||
-        x_.est_douteux(fic_blck, b) || !x_.m.coins(b, k.coins))
+        x_.est_douteux(fic_blck, b) || !x_.maille.coins(b, k.coins))
       return;
     Hexaedre h;
     double taille = 0, plus_court = std::numeric_limits<double>::infinity();
     for (std::size_t c = 0; c < h.size(); ++c) {
       if (x_.est_douteux(fic_vrtx, k.coins[c])) return;
-      h[c] = au(x_.m.places, k.coins[c]);
+      const Vec& p = au(x_.maille.positions, k.coins[c]);
+      h[c] = {p.x, p.y, p.z};
       for (const double v : h[c]) taille = std::max(taille, std::abs(v));
       for (std::size_t d = 0; d < c; ++d)
         if (k.coins[c] != k.coins[d]) plus_court = std::min(plus_court, distance(h[c], h[d]));

@@ -23,14 +23,14 @@ bool etrangers(std::size_t manquants, std::size_t cibles) {
 
 void dire_manquants(Examen& x, Fichier de, const Manquants& manquants) {
   const auto vers = static_cast<Fichier>(de + 1);
-  // An entity whose own number was lost is one of those that are missed.
-  if (manquants.size() <= static_cast<std::size_t>(x.r.perdus[vers])) return;
+  // As many entities lost their own number: these are the missing ones.
+  if (manquants.size() <= static_cast<std::size_t>(x.cas.perdus[vers])) return;
   const std::string quoi = sorte(vers);
   if (etrangers(manquants.size(), static_cast<std::size_t>(x.rangs(vers).nb()))) {
     x.liens_perdus = true;
     x.signaler(Code::liens_d_un_autre_cas, de,
                std::to_string(manquants.size()) + " numeros de " + quoi + " n'existent pas dans " +
-                   x.r.noms[vers]);
+                   x.cas.noms[vers]);
     return;
   }
   for (const auto& [numero, citants] : manquants) {
@@ -60,14 +60,14 @@ void relier(Examen& x, Fichier de, Liens<N>& cases, const Entites& entites, Lire
   cases.resize(entites.size());
   for (std::size_t i = 0; i < entites.size(); ++i) {
     const int rang = static_cast<int>(i);
-    const bool illisible = x.r.illisible(de, x.numero(de, rang), partie_liens);
+    const bool illisible = x.cas.illisible(de, x.numero(de, rang), partie_liens);
     for (std::size_t s = 0; s < N; ++s) {
       const int numero = lire(*entites[i], static_cast<int>(s));
       int& la = cases[i][s];
       la = numero > 0 ? x.rangs(vers).rang(numero) : illisible || de == fic_edge ? inconnu : vide;
       if (numero > 0 && la == inconnu && lus)
         manquants[numero].push_back({rang, static_cast<int>(s)});
-      if (la >= 0 && x.r.disputes[vers].contains(numero)) la = inconnu;
+      if (la >= 0 && x.cas.disputes[vers].contains(numero)) la = inconnu;
     }
   }
   if (lus) dire_manquants(x, de, manquants);
@@ -77,20 +77,20 @@ void relier(Examen& x, Fichier de, Liens<N>& cases, const Entites& entites, Lire
 /// number: harmless as long as nothing else has that number.
 void relier_partages(Examen& x) {
   std::map<std::size_t, std::vector<int>> par_compte;
-  for (const auto& [bloc, partages] : x.r.partages)
+  for (const auto& [bloc, partages] : x.cas.partages)
     for (const Partage& p : partages) {
       std::vector<int>& blocs = par_compte[p.faces.size()];
       if (blocs.empty() || blocs.back() != bloc) blocs.push_back(bloc);
     }
-  for (const auto& [bloc, partages] : x.r.partages) {
-    const int rang = x.m.num_blocs.rang(bloc);
+  for (const auto& [bloc, partages] : x.cas.partages) {
+    const int rang = x.maille.num_blocs.rang(bloc);
     if (rang < 0) continue;
     for (const Partage& p : partages) {
       const std::size_t nb = p.faces.size();
       const std::string champ = "Faces/Face/" + std::to_string(p.numero);
       const std::string quoi = "face " + std::to_string(p.numero) + " : NbSubFace vaut " +
                                std::to_string(nb) + ", lu comme un numero";
-      if (x.lus({fic_face}) && x.m.num_faces.rang(static_cast<int>(nb)) >= 0)
+      if (x.lus({fic_face}) && x.maille.num_faces.rang(static_cast<int>(nb)) >= 0)
         x.signaler(Code::case_multiple, fic_blck, rang, quoi + " : celui d'une autre face", champ);
       else if (const auto& blocs = par_compte[nb]; blocs.size() > 1)
         x.signaler(Code::case_multiple, fic_blck, rang,
@@ -101,9 +101,9 @@ void relier_partages(Examen& x) {
                        " sous-faces : " + enumerer(p.faces),
                    champ);
       for (const int f : p.faces)
-        if (const int la = x.m.num_faces.rang(f); la >= 0)
-          x.m.partages.emplace_back(rang, la);
-        else if (x.lus({fic_face}) && x.r.perdus[fic_face] == 0)
+        if (const int la = x.maille.num_faces.rang(f); la >= 0)
+          x.maille.partages.emplace_back(rang, la);
+        else if (x.lus({fic_face}) && x.cas.perdus[fic_face] == 0)
           x.signaler(Code::reference_absente, fic_blck, rang,
                      "face " + std::to_string(f) + " n'existe pas", champ);
     }
@@ -113,10 +113,10 @@ void relier_partages(Examen& x) {
 }  // namespace
 
 void regle_references(Examen& x) {
-  relier(x, fic_blck, x.m.blocs, x.blocs, [](const Block& b, int i) { return b._face(i); });
+  relier(x, fic_blck, x.maille.blocs, x.blocs, [](const Block& b, int i) { return b._face(i); });
   relier_partages(x);
-  relier(x, fic_face, x.m.faces, x.faces, [](const Face& f, int i) { return f._edge(i); });
-  relier(x, fic_edge, x.m.edges, x.edges, [](const Edge& e, int i) { return e._vrtx(i); });
+  relier(x, fic_face, x.maille.faces, x.faces, [](const Face& f, int i) { return f._edge(i); });
+  relier(x, fic_edge, x.maille.edges, x.edges, [](const Edge& e, int i) { return e._vrtx(i); });
 }
 
 namespace {
@@ -125,7 +125,7 @@ template <std::size_t N>
 void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* quoi,
                     const std::vector<char>& excuses) {
   const auto vers = static_cast<Fichier>(de + 1);
-  if (!x.lus({de, vers}) || x.r.perdus[de] > 0) return;
+  if (!x.lus({de, vers}) || x.cas.perdus[de] > 0) return;
   std::vector<char> cites(static_cast<std::size_t>(x.rangs(vers).nb()), 0);
   std::size_t trous = 0;
   for (const auto& places : cases)
@@ -134,11 +134,11 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
       trous += la == inconnu;
     }
   if (vers == fic_face)
-    for (const auto& [bloc, face] : x.m.partages) au(cites, face) = 1;
+    for (const auto& [bloc, face] : x.maille.partages) au(cites, face) = 1;
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
     if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) && !x.est_douteux(vers, v) &&
-        !x.r.disputes[vers].contains(x.numero(vers, v)))
+        !x.cas.disputes[vers].contains(x.numero(vers, v)))
       orphelins.push_back(v);
   // A slot that could not be read may be the one that names it.
   if (orphelins.size() <= trous) return;
@@ -148,8 +148,8 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
 /// Faces that lack a block: on none, or on one and without the code of a boundary.
 std::vector<int> faces_ouvertes(const Examen& x) {
   std::vector<int> ouvertes;
-  for (int f = 0; f < x.m.num_faces.nb(); ++f) {
-    const std::size_t nb = x.m.blocs_de_face[f].size();
+  for (int f = 0; f < x.maille.num_faces.nb(); ++f) {
+    const std::size_t nb = x.maille.blocs_de_face[f].size();
     if (nb == 0 || (nb == 1 && au(x.faces, f)->nb_BC() == 0)) ouvertes.push_back(f);
   }
   return ouvertes;
@@ -163,12 +163,12 @@ std::vector<int> coque(const Examen& x, int premiere, const std::vector<char>& o
   au(vues, premiere) = 1;
   bool fermee = true;
   for (std::size_t i = 0; i < faces.size(); ++i)
-    for (const int e : au(x.m.faces, faces[i])) {
+    for (const int e : au(x.maille.faces, faces[i])) {
       if (e < 0) continue;
-      fermee = fermee && x.m.faces_d_edge[e].size() <= beaucoup;
-      if (!fermee && x.m.faces_d_edge[e].size() > beaucoup) continue;
+      fermee = fermee && x.maille.faces_d_edge[e].size() <= beaucoup;
+      if (!fermee && x.maille.faces_d_edge[e].size() > beaucoup) continue;
       int nb = 0;
-      for (const int g : x.m.faces_d_edge[e]) {
+      for (const int g : x.maille.faces_d_edge[e]) {
         if (!au(ouverte, g)) continue;
         ++nb;
         if (!au(vues, g)) {
@@ -190,19 +190,20 @@ struct Trou {
 };
 
 Trou trou_de_numeros(const Examen& x) {
-  const Rangs& blocs = x.m.num_blocs;
+  const Rangs& blocs = x.maille.num_blocs;
   for (int b = 1; b < blocs.nb(); ++b)
     if (blocs.numero(b) == blocs.numero(b - 1) + 2)
       return {", sans doute le " + std::to_string(blocs.numero(b) - 1),
-              x.r.ligne(fic_blck, blocs.numero(b))};
+              x.cas.ligne(fic_blck, blocs.numero(b))};
   return {};
 }
 
 /// All blocks but one have the numbers from 1 to the last.
 void dire_hors_suite(Examen& x) {
-  const Rangs& blocs = x.m.num_blocs;
+  const Rangs& blocs = x.maille.num_blocs;
   const int nb = blocs.nb();
-  if (nb < 3 || x.r.perdus[fic_blck] > 0 || blocs.numero(nb - 2) > nb || blocs.numero(nb - 1) <= nb)
+  if (nb < 3 || x.cas.perdus[fic_blck] > 0 || blocs.numero(nb - 2) > nb ||
+      blocs.numero(nb - 1) <= nb)
     return;
   int b = 0;
   while (blocs.numero(b) == b + 1) ++b;
@@ -217,7 +218,7 @@ void regle_comptes(Examen& x) {
   if (x.liens_perdus) return;
   std::vector<char> excuses(x.faces.size(), 0);
   bool manque = false;  // a block is not there, and its number neither
-  if (x.lus({fic_blck, fic_face, fic_edge}) && x.r.perdus[fic_blck] == 0) {
+  if (x.lus({fic_blck, fic_face, fic_edge}) && x.cas.perdus[fic_blck] == 0) {
     std::vector<char> ouverte(x.faces.size(), 0), vues(x.faces.size(), 0);
     const std::vector<int> ouvertes = faces_ouvertes(x);
     for (const int f : ouvertes) au(ouverte, f) = 1;
@@ -238,9 +239,9 @@ void regle_comptes(Examen& x) {
     }
   }
   if (!manque) dire_hors_suite(x);
-  dire_orphelins(x, fic_blck, x.m.blocs, "sur aucun bloc", excuses);
-  dire_orphelins(x, fic_face, x.m.faces, "sur aucune face", {});
-  dire_orphelins(x, fic_edge, x.m.edges, "sur aucune edge", {});
+  dire_orphelins(x, fic_blck, x.maille.blocs, "sur aucun bloc", excuses);
+  dire_orphelins(x, fic_face, x.maille.faces, "sur aucune face", {});
+  dire_orphelins(x, fic_edge, x.maille.edges, "sur aucune edge", {});
 }
 
 }  // namespace topomine

@@ -12,7 +12,6 @@
 
 #include "texte/nombres.h"
 #include "verifie/examen.h"
-#include "verifie/hexaedre.h"
 
 namespace topomine {
 
@@ -20,7 +19,7 @@ namespace {
 
 /// Edges of each vertex.
 Listes edges_de_sommet(const Maille& m) {
-  return {m.places.size(), [&](auto ajouter) {
+  return {m.positions.size(), [&](auto ajouter) {
             for (int e = 0; e < m.num_edges.nb(); ++e)
               for (const int v : au(m.edges, e))
                 if (v >= 0) ajouter(v, e);
@@ -32,9 +31,13 @@ int autre_bout(const Maille& m, int edge, int bout) {
   return bouts[0] == bout ? bouts[1] : bouts[0];
 }
 
-/// Its square still is a number.
-bool fini(const Maille::Place& place) {
-  return std::ranges::all_of(place, [](double c) { return std::abs(c) <= 1e150; });
+double plus_grande(const Vec& p) {
+  return std::max({std::abs(p.x), std::abs(p.y), std::abs(p.z)});
+}
+
+/// Its square does not overflow.
+bool fini(const Vec& p) {
+  return plus_grande(p) <= 1e150;
 }
 
 }  // namespace
@@ -42,18 +45,19 @@ bool fini(const Maille::Place& place) {
 /// A vertex that is farther from its projections than from its nearest neighbour is misplaced.
 void regle_projections(Examen& x) {
   if (x.liens_perdus || !x.lus({fic_edge, fic_vrtx})) return;
-  std::vector<double> voisin(x.m.places.size(), std::numeric_limits<double>::infinity());
-  for (const auto& [v, w] : x.m.edges) {
+  const std::vector<Vec>& positions = x.maille.positions;
+  std::vector<double> voisin(positions.size(), std::numeric_limits<double>::infinity());
+  for (const auto& [v, w] : x.maille.edges) {
     if (v < 0 || w < 0) continue;
-    const double d = distance(au(x.m.places, v), au(x.m.places, w));
+    const double d = norme(au(positions, v) - au(positions, w));
     for (const int bout : {v, w}) au(voisin, bout) = std::min(au(voisin, bout), d);
   }
   std::vector<std::pair<int, double>> loin;
   std::size_t projetes = 0;
   int rang = -1;
-  for (const auto& [numero, vertex] : x.r.base.vrtxs) {
+  for (const auto& [numero, vertex] : x.cas.base.vrtxs) {
     ++rang;
-    if (!fini(au(x.m.places, rang))) {
+    if (!fini(au(positions, rang))) {
       x.signaler(Code::nombre_trop_grand, fic_vrtx, rang, "position au-dela de 1e150", "Coord");
       x.douter(fic_vrtx, rang);
       continue;
@@ -62,11 +66,11 @@ void regle_projections(Examen& x) {
     ++projetes;
     double d = 0;
     for (int k = 0; k < vertex.nb_proj(); ++k) {
-      Vecteur3 p{};
+      Vec p;
       double nx = 0, ny = 0, nz = 0;
       int surface = 0;
-      vertex.get_proj_pt(k, surface, p[0], p[1], p[2], nx, ny, nz);
-      d = std::max(d, distance(p, au(x.m.places, rang)));
+      vertex.get_proj_pt(k, surface, p.x, p.y, p.z, nx, ny, nz);
+      d = std::max(d, norme(p - au(positions, rang)));
     }
     if (d > au(voisin, rang)) loin.emplace_back(rang, d);
   }
@@ -85,11 +89,10 @@ namespace {
 /// in the same place.
 class Grille {
  public:
-  explicit Grille(const std::vector<Maille::Place>& places) : places_(places) {
+  explicit Grille(const std::vector<Vec>& positions) : positions_(positions) {
     // The median: one vertex far away must not bring all the others together.
     std::vector<double> tailles;
-    for (const auto& p : places)
-      tailles.push_back(std::max({std::abs(p[0]), std::abs(p[1]), std::abs(p[2])}));
+    for (const Vec& p : positions) tailles.push_back(plus_grande(p));
     if (tailles.empty()) return;
     const auto milieu = tailles.begin() + static_cast<std::ptrdiff_t>(tailles.size() / 2);
     std::ranges::nth_element(tailles, milieu);
@@ -101,14 +104,14 @@ class Grille {
   template <class Voir>
   void parcourir(Voir voir) {
     if (!(pas_ > 0)) return;
-    for (int v = 0; v < static_cast<int>(places_.size()); ++v) {
-      if (!std::ranges::all_of(au(places_, v), [&](double c) { return std::abs(c) < pas_ * 1e15; }))
-        continue;
+    for (int v = 0; v < static_cast<int>(positions_.size()); ++v) {
+      if (plus_grande(au(positions_, v)) >= pas_ * 1e15) continue;
       int autre = -1;
       pour_chaque_cellule(v, [&](std::uint64_t cle, bool sienne) {
         if (sienne) sienne_ = cle;
         for (auto [ici, fin] = cellules_.equal_range(cle); autre < 0 && ici != fin; ++ici)
-          if (distance(au(places_, v), au(places_, ici->second)) <= tolerance_) autre = ici->second;
+          if (norme(au(positions_, v) - au(positions_, ici->second)) <= tolerance_)
+            autre = ici->second;
       });
       if (autre < 0)
         cellules_.emplace(sienne_, v);
@@ -123,8 +126,9 @@ class Grille {
   void pour_chaque_cellule(int v, Faire faire) const {
     std::array<std::array<std::int64_t, 2>, 3> q{};
     std::array<int, 3> nb{};
+    const Vec& p = au(positions_, v);
     for (std::size_t d = 0; d < 3; ++d) {
-      const double u = au(places_, v)[d] / pas_, bas = std::floor(u);
+      const double u = (d == 0 ? p.x : d == 1 ? p.y : p.z) / pas_, bas = std::floor(u);
       q[d][0] = static_cast<std::int64_t>(bas);
       nb[d] = 1;
       if (u - bas < 0.25) q[d][static_cast<std::size_t>(nb[d]++)] = q[d][0] - 1;
@@ -146,7 +150,7 @@ class Grille {
     return cle;
   }
 
-  const std::vector<Maille::Place>& places_;
+  const std::vector<Vec>& positions_;
   double tolerance_ = 0, pas_ = 0;
   std::uint64_t sienne_ = 0;
   std::unordered_multimap<std::uint64_t, int> cellules_;
@@ -157,7 +161,7 @@ class Grille {
 class Coutures {
  public:
   explicit Coutures(Examen& x)
-      : x_(x), m_(x.m), edges_(edges_de_sommet(x.m)), au_bord_(m_.places.size(), 0) {
+      : x_(x), m_(x.maille), edges_(edges_de_sommet(x.maille)), au_bord_(m_.positions.size(), 0) {
     for (int f = 0; f < m_.num_faces.nb(); ++f)
       if (m_.blocs_de_face[f].size() == 1)
         for (const int v : m_.sommets(f)) au(au_bord_, v) = 1;
@@ -171,7 +175,7 @@ class Coutures {
     std::ranges::copy_if(paires_, std::back_inserter(sans_raison),
                          [&](const auto& p) { return !raison(p.first, p.second); });
     // So many of them are no slips of their own: the volumes will tell.
-    const bool isoles = sans_raison.size() <= std::max<std::size_t>(3, m_.places.size() / 20);
+    const bool isoles = sans_raison.size() <= std::max<std::size_t>(3, m_.positions.size() / 20);
     for (const auto& [v, w] : sans_raison) {
       std::string dit = "au meme endroit que le vertex " + std::to_string(x_.numero(fic_vrtx, v));
       if (const int e = m_.edge_entre(v, w); e != inconnu)
@@ -221,7 +225,7 @@ class Coutures {
 void regle_confondus(Examen& x) {
   if (x.liens_perdus || !x.lus({fic_blck, fic_face, fic_edge, fic_vrtx})) return;
   std::vector<std::pair<int, int>> paires;
-  Grille(x.m.places).parcourir([&](int v, int w) {
+  Grille(x.maille.positions).parcourir([&](int v, int w) {
     if (!x.est_douteux(fic_vrtx, v) && !x.est_douteux(fic_vrtx, w)) paires.emplace_back(v, w);
   });
   if (paires.empty()) return;

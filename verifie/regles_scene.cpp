@@ -41,8 +41,30 @@ Vues familles_vues(const Examen& x) {
   return vues;
 }
 
-std::string entre_apostrophes(const std::string& texte) {
-  return "'" + citer(texte) + "'";
+/// Says which pieces have a family that no code bears, or are in C and on no block; true when there
+/// are any. vues: null when it is not known what the blocks see.
+bool dire_familles(Examen& x, const Vues* vues) {
+  std::set<std::string> connues;
+  for (const auto& [code, l] : x.config.codes) connues.insert(l.famille);
+  bool une_inconnue = false;
+  for (const auto& entree : x.cas.base.pieces) {
+    const std::string& famille = entree.first;  // clang 14 captures no structured binding
+    const Piece& piece = entree.second;
+    const auto dire = [&](Code code, const std::string& quoi) {
+      x.cas.signaler(code, fic_def, x.cas.lignes_pieces[famille], "piece", citer(piece._nom()),
+                     "famille " + entre_apostrophes(famille) + quoi);
+    };
+    const bool c = piece._topology() == 'C';
+    if (!connues.contains(famille)) {
+      une_inconnue = true;
+      dire(c ? Code::famille_c_inconnue : Code::famille_inconnue,
+           " qu'aucun code de climite.cfg ne porte");
+    } else if (c && vues && !vues->toutes.contains(famille)) {
+      une_inconnue = true;
+      dire(Code::famille_c_non_vue, " d'une piece en C qu'aucun bloc ne voit");
+    }
+  }
+  return une_inconnue;
 }
 
 }  // namespace
@@ -55,43 +77,24 @@ void regle_pieces(Examen& x) {
   };
   // A family that is not known follows from a row that could not be read.
   if (!x.lus({fic_def}) || !x.config.lue || erreur_dans(x.config.constats, x.config.nom)) return;
-  std::set<std::string> connues;
-  for (const auto& [code, l] : x.config.codes) connues.insert(l.famille);
   const bool maille = x.lus({fic_blck, fic_face, fic_edge});
   const Vues vues = maille ? familles_vues(x) : Vues{};
-  const auto& pieces = x.r.base.pieces;
-  bool une_vue = !maille || pieces.empty() || vues.parois.empty();
+  const auto& pieces = x.cas.base.pieces;
+  bool une_vue = pieces.empty() || vues.parois.empty();
   for (const auto& [famille, piece] : pieces) une_vue = une_vue || vues.toutes.contains(famille);
   if (!une_vue) {
     x.signaler(Code::scene_d_un_autre_cas, fic_def, "aucun bloc ne voit une piece de cette scene");
     return;
   }
-  bool une_inconnue = false;
-  for (const auto& entree : pieces) {
-    const std::string& famille = entree.first;  // clang 14 captures no structured binding
-    const Piece& piece = entree.second;
-    const auto dire = [&](Code code, const std::string& quoi) {
-      x.r.signaler(code, fic_def, x.r.lignes_pieces[famille], "piece", citer(piece._nom()),
-                   "famille " + entre_apostrophes(famille) + quoi);
-    };
-    const bool c = piece._topology() == 'C';
-    if (!connues.contains(famille)) {
-      une_inconnue = true;
-      dire(c ? Code::famille_c_inconnue : Code::famille_inconnue,
-           " qu'aucun code de climite.cfg ne porte");
-    } else if (c && maille && !vues.toutes.contains(famille)) {
-      une_inconnue = true;
-      dire(Code::famille_c_non_vue, " d'une piece en C qu'aucun bloc ne voit");
-    }
-  }
   // A wall without its piece follows from these.
-  if (une_inconnue || x.r.perdus[fic_def] > 0 || erreur_dans(x.r.constats, x.r.noms[fic_def]))
+  if (dire_familles(x, maille ? &vues : nullptr) || x.cas.perdus[fic_def] > 0 ||
+      erreur_dans(x.cas.constats, x.cas.noms[fic_def]))
     return;
   if (pieces.empty() && !vues.parois.empty()) {
     x.signaler(Code::paroi_sans_piece, fic_def,
                "aucune piece, " + std::to_string(vues.parois.size()) +
                    " famille(s) de paroi bordent les blocs",
-               x.r.ligne_avion("liste_pieces"));
+               x.cas.ligne_avion("liste_pieces"));
     return;
   }
   for (const auto& [famille, f] : vues.parois)

@@ -100,7 +100,7 @@ std::optional<Suspect> vide_sans_raison(const Maille& m, const Tour& t) {
 
 class Tours {
  public:
-  explicit Tours(Examen& x) : x_(x), m_(x.m) {}
+  explicit Tours(Examen& x) : x_(x), m_(x.maille) {}
 
   void examiner() {
     sommets_repetes();
@@ -189,7 +189,7 @@ class Tours {
     return 1;
   }
 
-  /// Those that every one of their faces wants elsewhere.
+  /// Edges for which all their faces expect other end points.
   void edges_contredites() {
     for (const auto& [quoi, voix] : voix_) {
       const auto& [e, attendus] = quoi;
@@ -292,7 +292,7 @@ class Tours {
 
 void regle_tours(Examen& x) {
   if (x.liens_perdus || !x.lus({fic_face, fic_edge}))
-    x.m.monter_edges();
+    x.maille.monter_edges();
   else
     Tours(x).examiner();
 }
