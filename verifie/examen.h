@@ -58,7 +58,7 @@ void regle_codes_connus(Examen& x);
 void regle_codes_de_face(Examen& x);
 void regle_codes_d_edge(Examen& x);
 void regle_types(Examen& x);
-// Geometry (regles_geometrie.cpp, regles_positions.cpp)
+// Geometry (regles_geometrie.cpp with regles_recalcul.cpp, regles_positions.cpp)
 void regle_projections(Examen& x);
 void regle_volumes(Examen& x);
 void regle_confondus(Examen& x);
