@@ -3,7 +3,7 @@
 
 mutants.py [--nombre 200] [--graine 1] [--fichiers MOTIF,...] [--liste FICHIER] [--jobs N]
 
-The tree is copied to build-mutants/ and built there without optimisation, once; each fault then
+The tree is copied to build-mutants/ and built there with -O1, under which the tests run fastest, once; each fault then
 costs the file that it is in and the links. A fault that does not compile does not count, nor does
 one that leaves the optimised object as it was. The test programs run whole, those of the folder of
 the fault first, and stop at the first failure, at a crash or at a time limit: the fault is caught.
@@ -148,7 +148,7 @@ class Atelier:
             if source.is_file() and (not copie.exists() or source.read_bytes() != copie.read_bytes()):
                 copie.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy(source, copie)
-        options = ["-DTOPOMINE_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0",
+        options = ["-DTOPOMINE_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O1",
                    "-DCMAKE_CXX_FLAGS=-w", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON"]
         if shutil.which("ninja"):
             options += ["-G", "Ninja"]
@@ -199,7 +199,7 @@ class Atelier:
         for c in json.loads((self.build / "compile_commands.json").read_text()):
             if pathlib.Path(c["file"]) == self.arbre / fichier:
                 objet = self.build / "optimise.o"
-                mots = [("-O2" if m == "-O0" else m) for m in shlex.split(c["command"])]
+                mots = [("-O2" if m == "-O1" else m) for m in shlex.split(c["command"])]
                 mots[mots.index("-o") + 1] = str(objet)
                 if subprocess.run(mots, cwd=c["directory"], stderr=subprocess.DEVNULL).returncode == 0:
                     return objet.read_bytes()
