@@ -49,6 +49,7 @@ class FluxNombres {
 
  private:
   struct Flux;
+  /// Most numbers of a case: 1.3 % of the instructions of a run.
   static bool chiffre_seul(std::string_view texte) {
     return texte.size() == 1 && texte[0] >= '0' && texte[0] <= '9';
   }

@@ -42,7 +42,7 @@ class Parcours {
   template <class Entite>
   void ranger(const Base& base, std::map<int, Entite>& table, const Entite& entite) {
     if (!numero_) return;
-    table.insert_or_assign(table.end(), *numero_, entite);  // files mostly come in ascending order
+    table.insert_or_assign(*numero_, entite);
     if (base.disp) tracer_rangement();
   }
 
