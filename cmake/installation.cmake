@@ -29,10 +29,10 @@ install(FILES app/completion/_topomine DESTINATION ${dossier_zsh} COMPONENT prog
 
 install(TARGETS topomine_lib EXPORT topomineTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT developpement)
-foreach(header IN LISTS public_headers)
-  cmake_path(GET header PARENT_PATH folder)
-  install(FILES ${header}
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/topomine/${folder} COMPONENT developpement)
+foreach(entete IN LISTS entetes_publics)
+  cmake_path(GET entete PARENT_PATH dossier)
+  install(FILES ${entete}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/topomine/${dossier} COMPONENT developpement)
 endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/include/topomine/version.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/topomine COMPONENT developpement)
@@ -46,7 +46,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/topomineConfigVersion.cma
 install(FILES
   ${PROJECT_BINARY_DIR}/topomineConfig.cmake
   ${PROJECT_BINARY_DIR}/topomineConfigVersion.cmake
-  cmake/FindTinyXML.cmake
+  cmake/Find${XML_MODULE}.cmake
   DESTINATION ${dossier_cmake} COMPONENT developpement)
 
 # From the .pc file back to the prefix: the tree can be moved as a whole.
