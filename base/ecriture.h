@@ -33,8 +33,8 @@ inline std::string xml(std::string_view texte) {
 
 struct PieceEcrite {
   std::string nom, famille;
-  char topologie;
-  std::vector<std::string> speciaux;  ///< readers leave the first one out
+  char topologie = 'H';
+  std::vector<std::string> speciaux{};  ///< readers leave the first one out
 };
 
 struct RaccordEcrit {
@@ -43,42 +43,43 @@ struct RaccordEcrit {
 
 struct SceneEcrite {
   std::string nom, famille;
-  double fuse_length, fuse_width, height, wing_span, corde, wing_area, sweep;
-  int nb_engine;
-  std::vector<PieceEcrite> pieces;
-  std::vector<RaccordEcrit> raccords;
+  double fuse_length = 0, fuse_width = 0, height = 0, wing_span = 0, corde = 0, wing_area = 0,
+         sweep = 0;
+  int nb_engine = 0;
+  std::vector<PieceEcrite> pieces{};
+  std::vector<RaccordEcrit> raccords{};
 };
 
 /// Numbers of entities in a slot: none, one, or those that share it.
 using CaseEcrite = std::span<const int>;
 
 struct BlocEcrit {
-  int numero, type;
-  double erikson, exact, mor, moyen, nsmb;
-  std::array<CaseEcrite, 6> faces;
+  int numero = 0, type = 0;
+  double erikson = 0, exact = 0, mor = 0, moyen = 0, nsmb = 0;
+  std::array<CaseEcrite, 6> faces{};
 };
 
 struct FaceEcrite {
-  int numero, nb_blocs;
-  std::span<const int> codes, surfaces;
-  std::array<CaseEcrite, 4> edges;
+  int numero = 0, nb_blocs = 0;
+  std::span<const int> codes{}, surfaces{};
+  std::array<CaseEcrite, 4> edges{};
 };
 
 struct EdgeEcrite {
-  int numero, nb_faces;
-  std::span<const int> codes;
-  int rmin, rmax;
+  int numero = 0, nb_faces = 0;
+  std::span<const int> codes{};
+  int rmin = 0, rmax = 0;
 };
 
 struct ProjectionEcrite {
-  int famille;
-  Vec place, normale;
+  int famille = 0;
+  Vec position{}, normale{};
 };
 
 struct SommetEcrit {
-  int numero;
-  Vec place;
-  std::span<const ProjectionEcrite> projections;
+  int numero = 0;
+  Vec position{};
+  std::span<const ProjectionEcrite> projections{};
 };
 
 template <class Flux>
@@ -162,11 +163,11 @@ void ecrire(Flux& s, const EdgeEcrite& e) {
 template <class Flux>
 void ecrire(Flux& s, const SommetEcrit& v) {
   s("<Vertex><Ident>", v.numero, "</Ident>");
-  ecrire_xyz(s, "Coord", v.place);
+  ecrire_xyz(s, "Coord", v.position);
   s("\n");
   for (const ProjectionEcrite& p : v.projections) {
     s("<Proj><Famille>", p.famille, "</Famille>");
-    ecrire_xyz(s, "Coord", p.place);
+    ecrire_xyz(s, "Coord", p.position);
     ecrire_xyz(s, "Normale", p.normale);
     s("</Proj>\n");
   }

@@ -58,16 +58,14 @@ void ecrire_scene(std::ostream& out, const CasImporte& cas, const std::string& n
                     .height = d.y,
                     .wing_span = d.z,
                     .corde = d.x,
-                    .wing_area = d.x * d.z,
-                    .sweep = 0,
-                    .nb_engine = 0,
-                    .pieces = {},
-                    .raccords = {}};
+                    .wing_area = d.x * d.z};
   for (const PieceSuggeree& p : cas.scene.pieces)
-    scene.pieces.push_back(
-        {p.nom, p.famille, p.topologie, {"mesure", std::to_string(p.nb_faces) + " faces"}});
+    scene.pieces.push_back({.nom = p.nom,
+                            .famille = p.famille,
+                            .topologie = p.topologie,
+                            .speciaux = {"mesure", std::to_string(p.nb_faces) + " faces"}});
   for (const RaccordSuggere& r : cas.scene.raccords)
-    scene.raccords.push_back({r.piece1, r.piece2, r.type});
+    scene.raccords.push_back({.piece1 = r.piece1, .piece2 = r.piece2, .type = r.type});
   Plume s(out);
   ecrire(s, scene);
 }
@@ -78,14 +76,13 @@ void ecrire_blocs(std::ostream& out, const CasImporte& cas) {
     for (std::size_t b = 0; b < cas.topologie.blocs.size(); ++b) {
       const BlocTopo& bloc = cas.topologie.blocs[b];
       const MesuresZone& m = cas.mesures[b];
-      BlocEcrit e{static_cast<int>(b) + 1,
-                  30 + bloc.nb_bord,
-                  m.erikson,
-                  m.exact,
-                  m.mor,
-                  m.moyen,
-                  m.nsmb,
-                  {}};
+      BlocEcrit e{.numero = static_cast<int>(b) + 1,
+                  .type = 30 + bloc.nb_bord,
+                  .erikson = m.erikson,
+                  .exact = m.exact,
+                  .mor = m.mor,
+                  .moyen = m.moyen,
+                  .nsmb = m.nsmb};
       std::ranges::copy(bloc.faces, e.faces.begin());
       ecrire(s, e);
     }
@@ -100,7 +97,7 @@ void ecrire_faces(std::ostream& out, const CasImporte& cas, Mode mode) {
       std::vector<int> surfaces;
       if (mode != Mode::min)
         for (const std::size_t famille : f.familles) surfaces.push_back(rang(famille));
-      FaceEcrite e{f.numero, f.nb_blocs, bc, surfaces, {}};
+      FaceEcrite e{.numero = f.numero, .nb_blocs = f.nb_blocs, .codes = bc, .surfaces = surfaces};
       for (std::size_t c = 0; c < f.edges.size(); ++c)
         e.edges[c] = CaseEcrite(&f.edges[c], f.edges[c] > 0 ? 1 : 0);
       ecrire(s, e);
@@ -116,7 +113,11 @@ void ecrire_edges(std::ostream& out, const CasImporte& cas, Mode mode) {
     for (const EdgeTopo& edge : cas.topologie.edges) {
       std::vector<int> bc;
       if (mode != Mode::min && edge.familles.size() >= assez) bc = codes(cas, edge.familles);
-      ecrire(s, EdgeEcrite{++numero, edge.nb_faces, bc, edge.debut, edge.fin});
+      ecrire(s, EdgeEcrite{.numero = ++numero,
+                           .nb_faces = edge.nb_faces,
+                           .codes = bc,
+                           .rmin = edge.debut,
+                           .rmax = edge.fin});
     }
   });
 }
@@ -129,8 +130,10 @@ void ecrire_vertices(std::ostream& out, const CasImporte& cas, Mode mode) {
       std::vector<ProjectionEcrite> projections;
       if (mode != Mode::min)
         for (const auto& [famille, normale] : v.normales)
-          projections.push_back({rang(famille), v.position, normale});
-      ecrire(s, SommetEcrit{++numero, v.position, projections});
+          projections.push_back(
+              {.famille = rang(famille), .position = v.position, .normale = normale});
+      ecrire(s,
+             SommetEcrit{.numero = ++numero, .position = v.position, .projections = projections});
     }
   });
 }

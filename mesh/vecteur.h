@@ -33,6 +33,14 @@ inline Vec unitaire(const Vec& a) {
   return n > 0 ? (1 / n) * a : Vec{};
 }
 
+inline double distance(const Vec& a, const Vec& b) {
+  return norme(a - b);
+}
+/// The point at the part t of the way from a to b.
+inline Vec entre(const Vec& a, const Vec& b, double t) {
+  return a + t * (b - a);
+}
+
 /// The box around points; empty (bas > haut) until it covers one.
 struct Boite {
   static constexpr double infini = std::numeric_limits<double>::infinity();

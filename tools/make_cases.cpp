@@ -13,6 +13,8 @@
 #include "tools/gen/ecriture.h"
 #include "topomine/version.h"
 
+using namespace topomine;
+
 namespace {
 
 constexpr gen::Num blocs_min = 8, blocs_max = 1'000'000;

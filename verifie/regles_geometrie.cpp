@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "mesh/hexaedre.h"
 #include "texte/nombres.h"
 #include "verifie/bloc_mesure.h"
-#include "verifie/hexaedre.h"
 
 namespace topomine {
 
@@ -67,13 +67,12 @@ class Volumes {
     double taille = 0, plus_court = std::numeric_limits<double>::infinity();
     for (std::size_t c = 0; c < h.size(); ++c) {
       if (x_.est_douteux(fic_vrtx, k.coins[c])) return;
-      const Vec& p = au(x_.maille.positions, k.coins[c]);
-      h[c] = {p.x, p.y, p.z};
-      for (const double v : h[c]) taille = std::max(taille, std::abs(v));
+      h[c] = au(x_.maille.positions, k.coins[c]);
+      for (const double v : {h[c].x, h[c].y, h[c].z}) taille = std::max(taille, std::abs(v));
       for (std::size_t d = 0; d < c; ++d)
         if (k.coins[c] != k.coins[d]) plus_court = std::min(plus_court, distance(h[c], h[d]));
     }
-    const Mesures mesures = mesurer(h);
+    const MesuresHexaedre mesures = mesurer(h);
     k.calculees = {mesures.exact, mesures.mor, mesures.moyen, mesures.nsmb, mesures.erikson};
     k.coins_surs = std::ranges::all_of(k.calculees, [](double v) { return std::isfinite(v); });
     if (!k.coins_surs) k.calculees.fill(std::numeric_limits<double>::quiet_NaN());

@@ -49,7 +49,7 @@ void regle_projections(Examen& x) {
   std::vector<double> voisin(positions.size(), std::numeric_limits<double>::infinity());
   for (const auto& [v, w] : x.maille.edges) {
     if (v < 0 || w < 0) continue;
-    const double d = norme(au(positions, v) - au(positions, w));
+    const double d = distance(au(positions, v), au(positions, w));
     for (const int bout : {v, w}) au(voisin, bout) = std::min(au(voisin, bout), d);
   }
   std::vector<std::pair<int, double>> loin;
@@ -70,7 +70,7 @@ void regle_projections(Examen& x) {
       double nx = 0, ny = 0, nz = 0;
       int surface = 0;
       vertex.get_proj_pt(k, surface, p.x, p.y, p.z, nx, ny, nz);
-      d = std::max(d, norme(p - au(positions, rang)));
+      d = std::max(d, distance(p, au(positions, rang)));
     }
     if (d > au(voisin, rang)) loin.emplace_back(rang, d);
   }
@@ -110,7 +110,7 @@ class Grille {
       pour_chaque_cellule(v, [&](std::uint64_t cle, bool sienne) {
         if (sienne) sienne_ = cle;
         for (auto [ici, fin] = cellules_.equal_range(cle); autre < 0 && ici != fin; ++ici)
-          if (norme(au(positions_, v) - au(positions_, ici->second)) <= tolerance_)
+          if (distance(au(positions_, v), au(positions_, ici->second)) <= tolerance_)
             autre = ici->second;
       });
       if (autre < 0)

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "base/base.h"
+#include "mesh/vecteur.h"
 
 namespace topomine {
 
@@ -15,7 +16,6 @@ namespace topomine {
 using CoinsBloc = std::array<int, 8>;
 /// Vertices of a face, one after the other around it.
 using CoinsFace = std::array<int, 4>;
-using Position = std::array<double, 3>;
 
 /// Nothing when the tables do not give all corners (a broken case).
 std::optional<CoinsBloc> coins_bloc(const Base& base, const Block& bloc);
@@ -24,10 +24,10 @@ std::optional<CoinsFace> coins_face(const Base& base, const Face& face);
 std::optional<std::array<int, 2>> bouts_edge(const Base& base, int edge);
 
 /// Position of a vertex that the table holds.
-Position position(const Base& base, int vertex);
+Vec position(const Base& base, int vertex);
 
 /// Volume between the eight corners with bilinear faces, below 0 for left-handed axes (i,j,k).
-double volume(const std::array<Position, 8>& coins);
+double volume(const std::array<Vec, 8>& coins);
 double volume(const Base& base, const CoinsBloc& coins);
 
 }  // namespace topomine

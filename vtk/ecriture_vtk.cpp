@@ -53,8 +53,8 @@ void ecrire_vtk(std::ostream& out, const Grille& grille) {
   out << "# vtk DataFile Version 3.0\n"
       << titre(grille.titre) << "\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS "
       << grille.points.size() << " double\n";
-  for (const Position& p : grille.points)
-    for (const double x : p) flux.nombre(x);
+  for (const Vec& p : grille.points)
+    for (const double x : {p.x, p.y, p.z}) flux.nombre(x);
   flux.fin_de_ligne();
 
   std::size_t entrees = nb;

@@ -74,8 +74,8 @@ void ecrire_vtu(std::ostream& out, const Grille& grille) {
   for (const Donnee& d : grille.donnees) donnee(out, d);
   out << "</CellData>\n<Points>\n";
   tableau(out, "type=\"Float64\" Name=\"Points\" NumberOfComponents=\"3\"", [&](FluxVtk& flux) {
-    for (const Position& p : grille.points)
-      for (const double x : p) flux.nombre(x);
+    for (const Vec& p : grille.points)
+      for (const double x : {p.x, p.y, p.z}) flux.nombre(x);
   });
   out << "</Points>\n";
   cellules(out, grille.cellules);

@@ -73,7 +73,7 @@ bool colonne_numerique(const BaseBuffer& table, const std::vector<std::size_t>& 
   return true;
 }
 
-/// The attributes that are numbers, or whole numbers by another name.
+/// The numeric attributes, and ident, type and TypeC as integers.
 void ajouter_attributs(Construction& c, Base& base, const std::vector<std::size_t>& lignes) {
   BaseBuffer table("topology");
   table.add_base(base);
@@ -161,6 +161,76 @@ class Bords {
   std::map<int, Limite> limites_;
 };
 
+/// The grid of faces and edges, with what is known of each.
+class GrilleBords {
+ public:
+  explicit GrilleBords(const Base& base) : base_(base), c_(base), bords_(base) {}
+
+  void inscrire_faces() {
+    std::vector<int> sans;
+    for (const auto& [numero, face] : base_.faces) {
+      const auto coins = coins_face(base_, face);
+      if (!coins) {
+        sans.push_back(numero);
+        continue;
+      }
+      inscrire(cellule_quad, *coins, face);
+      type_.push_back(face._type());
+      bloc_1_.push_back(std::max(face._bloc(0), 0));
+      bloc_2_.push_back(std::max(face._bloc(1), 0));
+    }
+    manquer("face(s) dont les coins ne se trouvent pas", sans);
+  }
+
+  void inscrire_edges() {
+    std::vector<int> sans;
+    for (const auto& [numero, edge] : base_.edges) {
+      if (const auto bouts = bouts_edge(base_, numero))
+        inscrire(cellule_ligne, *bouts, edge);
+      else
+        sans.push_back(numero);
+    }
+    manquer("edge(s) dont les bouts ne se trouvent pas", sans);
+  }
+
+  Grille conclure(bool faces) {
+    donner("ident", ident_);
+    donner("sorte", sorte_);
+    donner("carac", carac_);
+    if (faces) {
+      donner("type", type_);
+      donner("bloc_1", bloc_1_);
+      donner("bloc_2", bloc_2_);
+    }
+    bords_.ecrire(c_);
+    return std::move(c_.grille);
+  }
+
+ private:
+  template <class Entite>
+  void inscrire(TypeCellule cellule, std::span<const int> vertices, const Entite& entite) {
+    c_.ajouter(cellule, vertices);
+    bords_.ajouter(entite);
+    ident_.push_back(entite._id());
+    sorte_.push_back(cellule == cellule_ligne ? 1 : 0);
+    carac_.push_back(entite._carac());
+  }
+
+  void manquer(const char* quoi, const std::vector<int>& sans) {
+    if (!sans.empty()) c_.grille.manques.push_back(dire(quoi, sans));
+  }
+
+  void donner(const char* nom, std::vector<int>& valeurs) {
+    valeurs.resize(c_.grille.cellules.size());  // what edges do not have is 0
+    c_.colonne<int>(nom) = std::move(valeurs);
+  }
+
+  const Base& base_;
+  Construction c_;
+  Bords bords_;
+  std::vector<int> ident_, sorte_, carac_, type_, bloc_1_, bloc_2_;
+};
+
 }  // namespace
 
 Grille grille_blocs(Base& base) {
@@ -197,56 +267,10 @@ Grille grille_blocs(Base& base) {
 }
 
 Grille grille_bords(const Base& base, bool faces, bool edges) {
-  Construction c(base);
-  Bords bords(base);
-  std::vector<int> ident, sorte, carac, type, bloc_1, bloc_2, sans_faces, sans_edges;
-  const auto inscrire = [&](TypeCellule cellule, std::span<const int> vertices,
-                            const auto& entite) {
-    c.ajouter(cellule, vertices);
-    bords.ajouter(entite);
-    ident.push_back(entite._id());
-    sorte.push_back(cellule == cellule_ligne ? 1 : 0);
-    carac.push_back(entite._carac());
-  };
-  if (faces)
-    for (const auto& [numero, face] : base.faces) {
-      const auto coins = coins_face(base, face);
-      if (!coins) {
-        sans_faces.push_back(numero);
-        continue;
-      }
-      inscrire(cellule_quad, *coins, face);
-      type.push_back(face._type());
-      bloc_1.push_back(std::max(face._bloc(0), 0));
-      bloc_2.push_back(std::max(face._bloc(1), 0));
-    }
-  if (edges)
-    for (const auto& [numero, edge] : base.edges) {
-      const auto bouts = bouts_edge(base, numero);
-      if (bouts)
-        inscrire(cellule_ligne, *bouts, edge);
-      else
-        sans_edges.push_back(numero);
-    }
-  if (!sans_faces.empty())
-    c.grille.manques.push_back(dire("face(s) dont les coins ne se trouvent pas", sans_faces));
-  if (!sans_edges.empty())
-    c.grille.manques.push_back(dire("edge(s) dont les bouts ne se trouvent pas", sans_edges));
-  const std::size_t nb = ident.size();
-  const auto donner = [&](const char* nom, std::vector<int>& valeurs) {
-    valeurs.resize(nb);  // what edges do not have is 0
-    c.colonne<int>(nom) = std::move(valeurs);
-  };
-  donner("ident", ident);
-  donner("sorte", sorte);
-  donner("carac", carac);
-  if (faces) {
-    donner("type", type);
-    donner("bloc_1", bloc_1);
-    donner("bloc_2", bloc_2);
-  }
-  bords.ecrire(c);
-  return std::move(c.grille);
+  GrilleBords g(base);
+  if (faces) g.inscrire_faces();
+  if (edges) g.inscrire_edges();
+  return g.conclure(faces);
 }
 
 }  // namespace topomine

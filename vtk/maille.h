@@ -29,7 +29,7 @@ struct Donnee {
 
 struct Grille {
   std::string titre;
-  std::vector<Position> points;
+  std::vector<Vec> points;
   std::vector<int> vertices;  ///< the number of each point's vertex
   std::vector<Cellule> cellules;
   std::vector<Donnee> donnees;

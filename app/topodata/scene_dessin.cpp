@@ -11,12 +11,13 @@
 #include "base/limites.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
+#include "vtk/coins.h"
 
 namespace topomine {
 
 namespace {
 
-constexpr Couleur gris_paroi{0.80, 0.78, 0.74}, gris_contour{0.42, 0.40, 0.37},
+constexpr Couleur blanc{1, 1, 1}, gris_paroi{0.80, 0.78, 0.74}, gris_contour{0.42, 0.40, 0.37},
     gris_trait{0.62, 0.65, 0.69}, orange{0.84, 0.33, 0.02};
 constexpr std::array<Couleur, 12> couleurs_familles{{{0.84, 0.33, 0.02},
                                                      {0.00, 0.45, 0.70},
@@ -35,17 +36,10 @@ constexpr std::array<Couleur, 12> couleurs_familles{{{0.84, 0.33, 0.02},
 /// could not tell them apart.
 constexpr std::size_t blocs_separes_max = 400, blocs_interieurs_max = 2000;
 
-Position milieu(const Base& base, const CoinsBloc& coins) {
-  Position m{};
-  for (const int v : coins) {
-    const Position p = position(base, v);
-    for (std::size_t a = 0; a < 3; ++a) m[a] += p[a] / 8;
-  }
+Vec milieu(const Base& base, const CoinsBloc& coins) {
+  Vec m;
+  for (const int v : coins) m = m + 0.125 * position(base, v);
   return m;
-}
-
-Position entre(const Position& a, const Position& b, double t) {
-  return {a[0] + t * (b[0] - a[0]), a[1] + t * (b[1] - a[1]), a[2] + t * (b[2] - a[2])};
 }
 
 /// The value of each block, and its place on the scale from 0 to 1.
@@ -177,7 +171,7 @@ void traits_des_blocs(Scene& scene, const Base& base, Peindre peindre) {
       ++sans;
       continue;
     }
-    const Position centre = milieu(base, *coins);
+    const Vec centre = milieu(base, *coins);
     for (const auto& [a, b] : cotes_bloc) {
       const auto [v, w] = std::minmax((*coins)[a], (*coins)[b]);
       if (v == w || (!separes && !vus.emplace(v, w).second)) continue;
@@ -226,7 +220,7 @@ void ajouter_parois(Scene& scene, const Base& base, const Familles& familles, bo
     Paroi& p = scene.parois.emplace_back();
     for (std::size_t c = 0; c < 4; ++c) p.coins[c] = position(base, (*coins)[c]);
     // Lighter than the edges on it.
-    p.couleur = par_famille ? entre(*couleur, {1, 1, 1}, 0.45) : gris_paroi;
+    p.couleur = par_famille ? entre(*couleur, blanc, 0.45) : gris_paroi;
     for (std::size_t c = 0; c < 4 && !par_famille; ++c)
       if ((*coins)[c] != (*coins)[(c + 1) % 4])
         scene.traits.push_back({p.coins[c], p.coins[(c + 1) % 4], gris_contour, false});

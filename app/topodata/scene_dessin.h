@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/base.h"
-#include "vtk/coins.h"
+#include "mesh/vecteur.h"
 
 namespace topomine {
 
@@ -16,15 +16,20 @@ namespace topomine {
 /// Red, green and blue, 0 to 1.
 using Couleur = std::array<double, 3>;
 
+/// At the part t of the way from a to b.
+inline Couleur entre(const Couleur& a, const Couleur& b, double t) {
+  return {a[0] + t * (b[0] - a[0]), a[1] + t * (b[1] - a[1]), a[2] + t * (b[2] - a[2])};
+}
+
 struct Trait {
-  Position a, b;
+  Vec a, b;
   Couleur couleur;
   bool fort;  ///< stands out
 };
 
 struct Paroi {
-  std::array<Position, 4> coins;  ///< around it
-  std::optional<Position> bloc;   ///< the middle of its block; none between two blocks
+  std::array<Vec, 4> coins;  ///< around it
+  std::optional<Vec> bloc;   ///< the middle of its block; none between two blocks
   Couleur couleur;
 };
 

@@ -6,9 +6,9 @@
 #include "base/configuration.h"
 #include "base/lecture/chargement.h"
 #include "dataset/schema.h"
+#include "mesh/hexaedre.h"
 #include "tests/cgns/modele_de_base.h"
 #include "tests/topodata/programme.h"
-#include "tools/gen/hexaedre.h"
 
 namespace topomine {
 
@@ -60,8 +60,8 @@ std::vector<std::string> topologie(const BaseBuffer& t) {
 }
 
 /// The corners of a zone, for the measures that the cases are made with.
-gen::Hexaedre hexaedre(const Modele& m, std::size_t z) {
-  gen::Hexaedre h;
+Hexaedre hexaedre(const Modele& m, std::size_t z) {
+  Hexaedre h;
   for (std::size_t c = 0; c < 8; ++c) {
     Ijk p{1, 1, 1};
     for (std::size_t a = 0; a < 3; ++a)
@@ -77,16 +77,16 @@ gen::Hexaedre hexaedre(const Modele& m, std::size_t z) {
 void comparer_mesures(const Modele& m, const Base& a, const Base& b, bool fin) {
   for (const auto& [n, x] : a.blocs) {
     const Block& y = b.blocs.at(n);
-    const gen::Hexaedre h = hexaedre(m, static_cast<std::size_t>(n) - 1);
+    const MesuresHexaedre formules = mesurer(hexaedre(m, static_cast<std::size_t>(n) - 1));
     const auto proche = [n = n](double formule, double cas, double lu, const char* quoi) {
       EXPECT_NEAR(std::abs(formule), lu, 1e-9 * std::abs(formule)) << quoi << " of block " << n;
       EXPECT_NEAR(cas, lu, 1e-6 * cas) << quoi << " of block " << n;
     };
-    proche(gen::volume_exact(h), x._volexa(), y._volexa(), "Exact");
-    proche(gen::volume_mor(h), x._volmor(), y._volmor(), "Mor");
-    proche(gen::volume_moyen(h), x._volmoy(), y._volmoy(), "Moyen");
+    proche(formules.exact, x._volexa(), y._volexa(), "Exact");
+    proche(formules.mor, x._volmor(), y._volmor(), "Mor");
+    proche(formules.moyen, x._volmoy(), y._volmoy(), "Moyen");
     if (fin) continue;
-    proche(gen::volume_nsmb(h), x._volnsm(), y._volnsm(), "NSMB");
+    proche(formules.nsmb, x._volnsm(), y._volnsm(), "NSMB");
     EXPECT_NEAR(x._erik(), y._erik(), 1e-6) << "block " << n;
   }
 }

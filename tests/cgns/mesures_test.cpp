@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "cgns/mesures.h"
+#include "mesh/hexaedre.h"
 #include "tests/cgns/modele.h"
-#include "tools/gen/hexaedre.h"
 
 namespace topomine {
 
@@ -36,18 +36,15 @@ TEST(Mesures, OfAllCells) {
     for (Indice k = 1; k < c.taille[2]; ++k)
       for (Indice j = 1; j < c.taille[1]; ++j)
         for (Indice i = 1; i < c.taille[0]; ++i) {
-          gen::Hexaedre h;
-          for (std::size_t n = 0; n < 8; ++n) {
-            const Vec p = c.noeud({i + Indice(n & 1), j + Indice(n >> 1 & 1), k + Indice(n >> 2)});
-            h[n] = {p.x, p.y, p.z};
-          }
-          exact += gen::volume_exact(h);
-          centres += gen::volume_nsmb(h);
-          const double signe = gen::volume_exact(h) < 0 ? -1 : 1;
-          if (signe < 0)
+          Hexaedre h;
+          for (std::size_t n = 0; n < 8; ++n)
+            h[n] = c.noeud({i + Indice(n & 1), j + Indice(n >> 1 & 1), k + Indice(n >> 2)});
+          exact += mesurer(h).exact;
+          centres += mesurer(h).nsmb;
+          if (mesurer(h).exact < 0)
             std::swap(h[0], h[1]), std::swap(h[2], h[3]), std::swap(h[4], h[5]),
                 std::swap(h[6], h[7]);
-          jacobien = std::min(jacobien, gen::jacobien_min(h));
+          jacobien = std::min(jacobien, mesurer(h).erikson);
         }
     EXPECT_NEAR(volume_exact(c), exact, 1e-12);
     const double sens = exact < 0 ? -1 : 1;

@@ -127,12 +127,12 @@ TEST(Coins, DoNotNeedEveryFace) {
 TEST(Volume, OfTwistedHexahedra) {
   // A cube, its mirror image, and one with a face turned by a quarter: 1 - 1/3 between bilinear
   // faces.
-  std::array<Position, 8> cube, miroir, tourne;
+  std::array<Vec, 8> cube, miroir, tourne;
   for (std::size_t c = 0; c < 8; ++c) {
     const double x = c & 1U ? 1 : 0, y = c & 2U ? 1 : 0, z = c & 4U ? 1 : 0;
     cube[c] = {1e3 + x, y, z};
     miroir[c] = {-x, y, z};
-    tourne[c] = z == 0 ? Position{x, y, z} : Position{1 - y, x, z};
+    tourne[c] = z == 0 ? Vec{x, y, z} : Vec{1 - y, x, z};
   }
   EXPECT_DOUBLE_EQ(volume(cube), 1);
   EXPECT_DOUBLE_EQ(volume(miroir), -1);

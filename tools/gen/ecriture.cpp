@@ -4,15 +4,14 @@
 #include <span>
 
 #include "base/ecriture.h"
-#include "sortie.h"
-#include "tools/gen/hexaedre.h"
+#include "mesh/hexaedre.h"
+#include "tools/gen/sortie.h"
 
-namespace gen {
+namespace topomine::gen {
 
 namespace {
 
 namespace fs = std::filesystem;
-using namespace topomine;
 
 enum class Mode { ext, nrm, min };
 constexpr std::array<std::pair<Mode, std::string_view>, 3> modes{
@@ -69,20 +68,19 @@ void ecrire_scene(const fs::path& chemin, const Forme& f, const Maillage& m) {
                     .corde = p.x,
                     .wing_area = p.x * p.z,
                     .sweep = f.fleche,
-                    .nb_engine = f.nb_moteur,
-                    .pieces = {},
-                    .raccords = {}};
+                    .nb_engine = f.nb_moteur};
   for (const Piece& piece : f.pieces) {
     const std::string famille = "paroi_" + piece.nom;
     const auto nb = std::count_if(m.faces.begin(), m.faces.end(), [&](const Face& face) {
       return face.nb_bloc == 1 && famille == condition(m.patchs[face.patch]).famille;
     });
-    scene.pieces.push_back({piece.nom,
-                            famille,
-                            piece.topologie,
-                            {"mesure", std::to_string(nb) + " faces", "type paroi"}});
+    scene.pieces.push_back({.nom = piece.nom,
+                            .famille = famille,
+                            .topologie = piece.topologie,
+                            .speciaux = {"mesure", std::to_string(nb) + " faces", "type paroi"}});
   }
-  for (const Raccord& r : f.raccords) scene.raccords.push_back({r.piece1, r.piece2, r.type});
+  for (const Raccord& r : f.raccords)
+    scene.raccords.push_back({.piece1 = r.piece1, .piece2 = r.piece2, .type = r.type});
   Sortie s(chemin);
   ecrire(s, scene);
   s.fermer();
@@ -98,9 +96,15 @@ void ecrire_blocs(const fs::path& chemin, const Maillage& m) {
       const auto libres = std::count_if(bloc.faces.begin(), bloc.faces.end(),
                                         [&m](Num face) { return m.faces[face].nb_bloc == 1; });
       const auto faces = numeros(bloc.faces);
-      ecrire(s,
-             BlocEcrit{numero(b), 30 + static_cast<int>(libres), jacobien_min(h), volume_exact(h),
-                       volume_mor(h), volume_moyen(h), volume_nsmb(h), cases(faces)});
+      const MesuresHexaedre mesures = mesurer(h);
+      ecrire(s, BlocEcrit{.numero = numero(b),
+                          .type = 30 + static_cast<int>(libres),
+                          .erikson = mesures.erikson,
+                          .exact = mesures.exact,
+                          .mor = mesures.mor,
+                          .moyen = mesures.moyen,
+                          .nsmb = mesures.nsmb,
+                          .faces = cases(faces)});
     }
   });
   s.fermer();
@@ -115,11 +119,11 @@ void ecrire_faces(const fs::path& chemin, const Maillage& m, Mode mode) {
       const bool bord = face.nb_bloc == 1;
       const int code = bord ? m.patchs[face.patch] : 0, surface = bord ? face.patch + 1 : 0;
       const auto edges = numeros(face.edges);
-      ecrire(s, FaceEcrite{numero(f),
-                           face.nb_bloc,
-                           {&code, bord ? 1U : 0U},
-                           {&surface, bord && mode != Mode::min ? 1U : 0U},
-                           cases(edges)});
+      ecrire(s, FaceEcrite{.numero = numero(f),
+                           .nb_blocs = face.nb_bloc,
+                           .codes = {&code, bord ? 1U : 0U},
+                           .surfaces = {&surface, bord && mode != Mode::min ? 1U : 0U},
+                           .edges = cases(edges)});
     }
   });
   s.fermer();
@@ -137,8 +141,11 @@ void ecrire_edges(const fs::path& chemin, const Maillage& m, Mode mode) {
       codes.clear();
       if (mode != Mode::min && contacts.size() >= assez)
         for (const Contact& c : contacts) codes.push_back(m.patchs[c.patch]);
-      ecrire(s, EdgeEcrite{numero(e), static_cast<int>(edge.nb_face), codes, numero(edge.a),
-                           numero(edge.b)});
+      ecrire(s, EdgeEcrite{.numero = numero(e),
+                           .nb_faces = static_cast<int>(edge.nb_face),
+                           .codes = codes,
+                           .rmin = numero(edge.a),
+                           .rmax = numero(edge.b)});
     }
   });
   s.fermer();
@@ -154,8 +161,10 @@ void ecrire_sommets(const fs::path& chemin, const Maillage& m, Mode mode) {
       const auto contacts = suivants(m.sommets_bord, lus, v);
       if (mode != Mode::min)
         for (const Contact& c : contacts)
-          projections.push_back({numero(c.patch), m.sommets[v], c.normale});
-      ecrire(s, SommetEcrit{numero(v), m.sommets[v], projections});
+          projections.push_back(
+              {.famille = numero(c.patch), .position = m.sommets[v], .normale = c.normale});
+      ecrire(s, SommetEcrit{
+                    .numero = numero(v), .position = m.sommets[v], .projections = projections});
     }
   });
   s.fermer();
@@ -185,4 +194,4 @@ void ecrire_base(const fs::path& dossier, const std::string& nom, const Forme& f
   }
 }
 
-}  // namespace gen
+}  // namespace topomine::gen

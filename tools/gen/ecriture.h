@@ -5,7 +5,7 @@
 
 #include "tools/gen/maillage.h"
 
-namespace gen {
+namespace topomine::gen {
 
 /// Both functions create their folder, and throw std::runtime_error when something cannot be
 /// written.
@@ -17,4 +17,4 @@ void ecrire_conditions(const std::filesystem::path& dossier);
 void ecrire_base(const std::filesystem::path& dossier, const std::string& nom, const Forme& f,
                  const Maillage& m);
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -11,7 +11,7 @@
 
 #include "tools/gen/vec.h"
 
-namespace gen {
+namespace topomine::gen {
 
 /// Sides along the points of `lettres`, one after the other. Conic arcs leave their ends with the
 /// tangents of a quarter ellipse about `centre`, and follow it with the weight given here; with
@@ -95,4 +95,4 @@ Forme forme(unsigned numero, std::uint64_t graine);
 /// Point of a zone, u, v and w in [0,1], with its derivatives by u, v and w (right-handed).
 Dual3 image(const Forme& f, const Zone& z, double u, double v, double w);
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -3,7 +3,7 @@
 
 #include "tools/gen/forme.h"
 
-namespace gen {
+namespace topomine::gen {
 
 // Damas code = 100 x kind + rank. BCCODE and what it stands for:
 //    1 wall        5 symmetry      9 interface with another domain   13 other
@@ -231,4 +231,4 @@ Forme forme(unsigned numero, std::uint64_t graine) {
   return f;
 }
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -3,7 +3,7 @@
 
 #include "tools/gen/forme.h"
 
-namespace gen {
+namespace topomine::gen {
 
 namespace {
 
@@ -81,4 +81,4 @@ Dual3 image(const Forme& f, const Zone& z, double u, double v, double w) {
   return balayer(f, p, dw);
 }
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-namespace gen {
+namespace topomine::gen {
 
 namespace {
 
@@ -230,4 +230,4 @@ Maillage mailler(const Forme& f, Num nb_bloc) {
   return Mailleur(f, nb_bloc).executer();
 }
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -7,7 +7,7 @@
 
 #include "tools/gen/forme.h"
 
-namespace gen {
+namespace topomine::gen {
 
 using Num = std::uint32_t;
 
@@ -52,4 +52,4 @@ struct Maillage {
 /// The shape cut into exactly `nb_bloc` blocks (at least 1).
 Maillage mailler(const Forme& f, Num nb_bloc);
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-namespace gen {
+namespace topomine::gen {
 
 [[noreturn]] inline void echouer(const std::filesystem::path& chemin, int erreur) {
   throw std::runtime_error("ecriture impossible de '" + chemin.string() + "' (" +
@@ -67,4 +67,4 @@ class Sortie {
   std::unique_ptr<std::FILE, int (*)(std::FILE*)> fichier_;
 };
 
-}  // namespace gen
+}  // namespace topomine::gen

@@ -6,9 +6,7 @@
 
 #include "mesh/vecteur.h"
 
-namespace gen {
-
-using topomine::Vec;
+namespace topomine::gen {
 
 /// A value and its three partial derivatives: tangents, hence normals, come out exact.
 struct Dual {
@@ -33,4 +31,4 @@ struct Dual {
 
 using Dual3 = std::array<Dual, 3>;
 
-}  // namespace gen
+}  // namespace topomine::gen
