@@ -6,7 +6,7 @@
 
 namespace topomine {
 
-void illisible() {
+void refuser_fichier() {
   std::string texte = cg_get_error();
   for (char& c : texte)
     if (static_cast<unsigned char>(c) < ' ') c = ' ';
@@ -14,22 +14,22 @@ void illisible() {
   throw MaillageRefuse("fichier CGNS illisible (" + texte.substr(0, assez) + ")");
 }
 
-void lire(int statut) {
-  if (statut != CG_OK) illisible();
+void exiger_reussite(int statut) {
+  if (statut != CG_OK) refuser_fichier();
 }
 
 std::map<std::string, int> types_des_familles(int fichier, int base) {
   std::map<std::string, int> types;
   int nb = 0;
-  lire(cg_nfamilies(fichier, base, &nb));
+  exiger_reussite(cg_nfamilies(fichier, base, &nb));
   for (int f = 1; f <= nb; ++f) {
     NomCgns nom;
     NomCgns condition;
     int conditions = 0, geometries = 0;
-    lire(cg_family_read(fichier, base, f, nom.place(), &conditions, &geometries));
+    exiger_reussite(cg_family_read(fichier, base, f, nom.place(), &conditions, &geometries));
     if (conditions < 1) continue;
     CGNS_ENUMT(BCType_t) type{};
-    lire(cg_fambc_read(fichier, base, f, 1, condition.place(), &type));
+    exiger_reussite(cg_fambc_read(fichier, base, f, 1, condition.place(), &type));
     types.emplace(nom.texte(), static_cast<int>(type));
   }
   return types;

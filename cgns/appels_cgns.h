@@ -9,9 +9,9 @@ namespace topomine {
 // What the readers of a CGNS file share.
 
 /// Ends the reading with what the library says about it.
-[[noreturn]] void illisible();
+[[noreturn]] void refuser_fichier();
 /// What a call of the library returned: throws MaillageRefuse unless it went well.
-void lire(int statut);
+void exiger_reussite(int statut);
 
 /// Room for any name that the library writes, paths of families included.
 class NomCgns {

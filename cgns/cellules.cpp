@@ -9,8 +9,7 @@
 // Every cell of a zone, layer by layer. The loops run along i over plain arrays so that compilers
 // turn them into vector instructions; this is where an import spends its time.
 
-// Part of every function that calls it: a function for processors with wider vectors takes its
-// loops with it.
+// Always inlined, so that the loops are compiled again inside the AVX2 function.
 #define TOUJOURS_EN_LIGNE [[gnu::always_inline]] inline
 
 namespace topomine {
@@ -31,8 +30,8 @@ Ligne ligne(const Vecteurs& v) {
   return {v.x.data(), v.y.data(), v.z.data()};
 }
 
-// The outputs are arguments of their own, since compilers believe no other promise that they are
-// apart from the inputs.
+// Outputs are separate __restrict arguments: the only form by which compilers assume no overlap
+// with the inputs.
 
 /// The unit vectors from the nodes a to the nodes b; null between nodes that coincide.
 TOUJOURS_EN_LIGNE void unitaires(const Ligne& a, const Ligne& b, std::size_t n,

@@ -15,8 +15,8 @@ constexpr char trop_de_morceaux[] = "face decoupee en trop de morceaux";
 using Cle = std::tuple<std::size_t, int, Plage>;  // of a piece: zone, slot, range
 
 /// True when two pieces of the same face have cells in common.
-bool se_recouvrent(const Plage& a, const Plage& b, int slot) {
-  return std::ranges::all_of(axes_lm[static_cast<std::size_t>(slot % 3)], [&](std::size_t axe) {
+bool se_recouvrent(const Plage& a, const Plage& b, int place) {
+  return std::ranges::all_of(axes_lm[static_cast<std::size_t>(place % 3)], [&](std::size_t axe) {
     return a.min[axe] < b.max[axe] && b.min[axe] < a.max[axe];
   });
 }
@@ -24,8 +24,8 @@ bool se_recouvrent(const Plage& a, const Plage& b, int slot) {
 /// The rectangles that pieces leave free on a face, found on the grid of their bounds.
 class Reste {
  public:
-  Reste(const Plage& face, int slot)
-      : face_(face), axes_(axes_lm[static_cast<std::size_t>(slot % 3)]) {
+  Reste(const Plage& face, int place)
+      : face_(face), axes_(axes_lm[static_cast<std::size_t>(place % 3)]) {
     for (std::size_t d = 0; d < 2; ++d) coupes_[d] = {face.min[axes_[d]], face.max[axes_[d]]};
   }
 
@@ -40,8 +40,8 @@ class Reste {
       c.erase(std::unique(c.begin(), c.end()), c.end());
     }
     const std::size_t nl = coupes_[0].size() - 1, nm = coupes_[1].size() - 1;
-    constexpr std::size_t cases_max = 4'000'000;
-    if (nl > cases_max / nm) throw MaillageRefuse(trop_de_morceaux);
+    constexpr std::size_t cellules_max = 4'000'000;
+    if (nl > cellules_max / nm) throw MaillageRefuse(trop_de_morceaux);
     libre_.assign(nl * nm, true);
     constexpr std::size_t couches_max = 16;
     reste_a_marquer_ = couches_max * nl * nm;
@@ -106,9 +106,9 @@ class Coupeur {
     for (std::size_t c = 0; c < s_.conditions.size(); ++c) ajouter_condition(c);
     for (std::size_t z = 0; z < s_.zones.size(); ++z) {
       auto& debuts = d_.debuts.emplace_back();
-      for (int slot = 0; slot < nb_faces_bloc; ++slot) {
-        debuts[static_cast<std::size_t>(slot)] = d_.morceaux.size();
-        ajouter_face(z, slot);
+      for (int place = 0; place < nb_faces_bloc; ++place) {
+        debuts[static_cast<std::size_t>(place)] = d_.morceaux.size();
+        ajouter_face(z, place);
       }
       debuts.back() = d_.morceaux.size();
     }
@@ -117,14 +117,15 @@ class Coupeur {
   }
 
  private:
-  struct Place {
+  /// What a piece of a face is used for.
+  struct Emploi {
     std::size_t jonction = aucun;
     Cle partenaire{};
     std::vector<std::size_t> conditions;
   };
 
   Cle cle(std::size_t zone, const Plage& plage) const {
-    return {zone, slot_de(s_.zones[zone].taille, plage), plage};
+    return {zone, place_de(s_.zones[zone].taille, plage), plage};
   }
 
   /// Both sides; a join may be written on one of its zones or on both, in the same words.
@@ -132,16 +133,16 @@ class Coupeur {
     const Jonction& j = s_.jonctions[n];
     const Cle ici = cle(j.zone, j.plage), la = cle(j.voisine, j.passage(j.plage));
     for (const auto& [cote, autre] : {std::pair(ici, la), std::pair(la, ici)}) {
-      Place& place = places_[cote];
-      if (place.jonction == aucun) {
-        place.jonction = n;
-        place.partenaire = autre;
-      } else if (place.partenaire != autre) {
-        throw MaillageRefuse("raccords '" + s_.jonctions[place.jonction].nom + "' et '" + j.nom +
+      Emploi& emploi = emplois_[cote];
+      if (emploi.jonction == aucun) {
+        emploi.jonction = n;
+        emploi.partenaire = autre;
+      } else if (emploi.partenaire != autre) {
+        throw MaillageRefuse("raccords '" + s_.jonctions[emploi.jonction].nom + "' et '" + j.nom +
                              "' : " + lieu(s_, std::get<0>(cote), std::get<2>(cote)) +
                              " est raccordee a deux endroits");
       } else {
-        accorder(s_.jonctions[place.jonction], j);
+        accorder(s_.jonctions[emploi.jonction], j);
       }
     }
   }
@@ -171,40 +172,41 @@ class Coupeur {
 
   void ajouter_condition(std::size_t n) {
     const Condition& c = s_.conditions[n];
-    Place& place = places_[cle(c.zone, c.plage)];
+    Emploi& emploi = emplois_[cle(c.zone, c.plage)];
     const bool raccordee =
-        place.jonction != aucun ||
-        (!c.de_raccord && std::ranges::any_of(place.conditions, [this](std::size_t autre) {
+        emploi.jonction != aucun ||
+        (!c.de_raccord && std::ranges::any_of(emploi.conditions, [this](std::size_t autre) {
           return s_.conditions[autre].de_raccord;
         }));
-    if (!raccordee) return place.conditions.push_back(n);
+    if (!raccordee) return emploi.conditions.push_back(n);
     d_.dits.push_back("condition '" + c.nom + "' : " + lieu(s_, c.zone, c.plage) +
                       " est raccordee, la condition est laissee de cote");
   }
 
-  void ajouter_face(std::size_t zone, int slot) {
-    const Plage face = face_entiere(s_.zones[zone].taille, slot);
+  void ajouter_face(std::size_t zone, int place) {
+    const Plage face = face_entiere(s_.zones[zone].taille, place);
     std::vector<Plage> prises;
-    const auto debut = places_.lower_bound(Cle{zone, slot, {{0, 0, 0}, {0, 0, 0}}});
+    const auto debut = emplois_.lower_bound(Cle{zone, place, {{0, 0, 0}, {0, 0, 0}}});
     for (auto it = debut;
-         it != places_.end() && std::get<0>(it->first) == zone && std::get<1>(it->first) == slot;
+         it != emplois_.end() && std::get<0>(it->first) == zone && std::get<1>(it->first) == place;
          ++it) {
       const Plage& plage = std::get<2>(it->first);
       prises.push_back(plage);
-      d_.morceaux.push_back({zone, slot, plage, it->second.jonction, aucun, it->second.conditions});
+      d_.morceaux.push_back(
+          {zone, place, plage, it->second.jonction, aucun, it->second.conditions});
     }
     if (prises == std::vector{face}) return;
     constexpr std::size_t prises_max = 2000;
     if (prises.size() > prises_max) throw MaillageRefuse(trop_de_morceaux);
-    signaler_recouvrements(zone, slot, prises);
-    for (const Plage& libre : Reste(face, slot).libres(prises))
-      d_.morceaux.push_back({zone, slot, libre, aucun, aucun, {}});
+    signaler_recouvrements(zone, place, prises);
+    for (const Plage& libre : Reste(face, place).libres(prises))
+      d_.morceaux.push_back({zone, place, libre, aucun, aucun, {}});
   }
 
-  void signaler_recouvrements(std::size_t zone, int slot, const std::vector<Plage>& prises) {
+  void signaler_recouvrements(std::size_t zone, int place, const std::vector<Plage>& prises) {
     for (std::size_t a = 1; a < prises.size(); ++a)
       for (std::size_t b = 0; b < a && d_.dits.size() < 10'000; ++b)
-        if (se_recouvrent(prises[a], prises[b], slot))
+        if (se_recouvrent(prises[a], prises[b], place))
           d_.dits.push_back(lieu(s_, zone, prises[b]) + " et " + texte_plage(prises[a]) +
                             " se recouvrent, les deux sont gardees");
   }
@@ -215,15 +217,15 @@ class Coupeur {
       Morceau& morceau = d_.morceaux[m];
       morceau.face = m;
       if (morceau.jonction == aucun) continue;
-      const Cle ici{morceau.zone, morceau.slot, morceau.plage};
-      const auto la = rangs.find(places_.at(ici).partenaire);
+      const Cle ici{morceau.zone, morceau.place, morceau.plage};
+      const auto la = rangs.find(emplois_.at(ici).partenaire);
       if (la != rangs.end()) morceau.face = la->second;
       rangs.emplace(ici, m);
     }
   }
 
   const Structure& s_;
-  std::map<Cle, Place> places_;
+  std::map<Cle, Emploi> emplois_;
   Decoupage d_;
 };
 

@@ -14,7 +14,7 @@ inline constexpr std::size_t aucun = static_cast<std::size_t>(-1);
 /// A piece of a block face that is one thing: joined whole, under the same conditions, or bare.
 struct Morceau {
   std::size_t zone = 0;
-  int slot = 0;
+  int place = 0;
   Plage plage;
   std::size_t jonction = aucun;  ///< the join that says where it leads
   std::size_t face = aucun;      ///< the piece that it is one face with, itself or an earlier one
@@ -28,11 +28,11 @@ struct Decoupage {
       debuts;                     ///< per zone: first piece of each slot, and the end
   std::vector<std::string> dits;  ///< bare pieces, overlaps, ignored conditions
 
-  std::size_t debut(std::size_t zone, int slot) const {
-    return debuts[zone][static_cast<std::size_t>(slot)];
+  std::size_t debut(std::size_t zone, int place) const {
+    return debuts[zone][static_cast<std::size_t>(place)];
   }
-  std::size_t fin(std::size_t zone, int slot) const {
-    return debuts[zone][static_cast<std::size_t>(slot) + 1];
+  std::size_t fin(std::size_t zone, int place) const {
+    return debuts[zone][static_cast<std::size_t>(place) + 1];
   }
 };
 

@@ -76,7 +76,7 @@ std::string travailler(const std::string& fichier, const OptionsLecture& options
   }
 }
 
-/// The reading process: what the library prints is lost, what it breaks stays here.
+/// The child: its output is discarded and its crashes do not reach the parent.
 [[noreturn]] void fils(int sortie, const std::string& fichier, const OptionsLecture& options,
                        const LimitesLecture& limites) {
   prctl(PR_SET_PDEATHSIG, SIGKILL);

@@ -15,7 +15,7 @@ struct LimitesLecture {
 /// Ample for any file of that size that is sound.
 LimitesLecture limites_pour(unsigned long taille_du_fichier);
 
-/// lire_cgns in a process of its own: the library ends, or never comes back, on some damaged files.
+/// lire_cgns in a child process: on damaged files the CGNS library may crash or loop.
 /// Throws MaillageRefuse, saying the file, when it cannot be read.
 Extrait extraire(const std::string& fichier, const OptionsLecture& options);
 Extrait extraire(const std::string& fichier, const OptionsLecture& options,

@@ -20,7 +20,7 @@ struct NumeroZone {
 }  // namespace
 
 FichierCgns::FichierCgns(const std::string& fichier, const std::string& base) {
-  if (cg_open(fichier.c_str(), CG_MODE_READ, &fichier_) != CG_OK) illisible();
+  if (cg_open(fichier.c_str(), CG_MODE_READ, &fichier_) != CG_OK) refuser_fichier();
   choisir_base(base);
 }
 
@@ -30,11 +30,11 @@ FichierCgns::~FichierCgns() {
 
 void FichierCgns::choisir_base(const std::string& nom) {
   int nb = 0, cellules = 0, espace = 0;
-  lire(cg_nbases(fichier_, &nb));
+  exiger_reussite(cg_nbases(fichier_, &nb));
   std::string noms;
   for (int b = 1; b <= nb; ++b) {
     NomCgns lu;
-    lire(cg_base_read(fichier_, b, lu.place(), &cellules, &espace));
+    exiger_reussite(cg_base_read(fichier_, b, lu.place(), &cellules, &espace));
     noms += (b > 1 ? ", '" : "'") + lu.texte() + "'";
     if (nb > 1 && lu.texte() != nom) continue;
     if (!nom.empty() && lu.texte() != nom) continue;
@@ -55,17 +55,17 @@ void FichierCgns::choisir_base(const std::string& nom) {
 Zone FichierCgns::zone(int z) const {
   NomCgns nom;
   CGNS_ENUMT(ZoneType_t) type{};
-  lire(cg_zone_type(fichier_, base_, z, &type));
+  exiger_reussite(cg_zone_type(fichier_, base_, z, &type));
   // As large as the library makes it for whatever type it takes the zone for.
   std::array<cgsize_t, 9> tailles{};
-  lire(cg_zone_read(fichier_, base_, z, nom.place(), tailles.data()));
+  exiger_reussite(cg_zone_read(fichier_, base_, z, nom.place(), tailles.data()));
   if (type != CGNS_ENUMV(Structured))
     throw MaillageRefuse("zone '" + nom.texte() +
                          "' : non structuree, seules les zones structurees s'importent");
   return {nom.texte(), {tailles[0], tailles[1], tailles[2]}};
 }
 
-// The library sorts the zones by name; the nodes of the file know better.
+// The library sorts zones by name; their order in the file is read from its nodes.
 std::map<std::string, std::size_t> FichierCgns::ordre_des_noeuds() const {
   constexpr int longueur = CGIO_MAX_NAME_LENGTH + 1;
   std::map<std::string, std::size_t> ordre;
@@ -88,7 +88,7 @@ Structure FichierCgns::structure() {
   Structure s;
   s.base = nom_base_;
   int nb = 0;
-  lire(cg_nzones(fichier_, base_, &nb));
+  exiger_reussite(cg_nzones(fichier_, base_, &nb));
   const std::map<std::string, std::size_t> ordre = ordre_des_noeuds();
   const auto place = [&](const NumeroZone& z) {
     const auto trouvee = ordre.find(z.zone.nom);
@@ -149,11 +149,11 @@ std::string FichierCgns::unite_de_longueur(int z) const {
 
 bool FichierCgns::a_coordonnee(int z, const char* nom) const {
   int nb = 0;
-  lire(cg_ncoords(fichier_, base_, z, &nb));
+  exiger_reussite(cg_ncoords(fichier_, base_, z, &nb));
   for (int c = 1; c <= nb; ++c) {
     NomCgns lu;
     CGNS_ENUMT(DataType_t) type{};
-    lire(cg_coord_info(fichier_, base_, z, c, &type, lu.place()));
+    exiger_reussite(cg_coord_info(fichier_, base_, z, c, &type, lu.place()));
     if (lu.texte() == nom) return true;
   }
   return false;
@@ -169,8 +169,8 @@ void FichierCgns::coordonnees(std::size_t zone, const Ijk& taille,
     if (!a_coordonnee(z, noms[a]))
       throw MaillageRefuse("zone '" + noms_[zone] + "' : pas de coordonnees cartesiennes (" +
                            noms[a] + ")");
-    lire(cg_coord_read(fichier_, base_, z, noms[a], CGNS_ENUMV(RealDouble), debut.data(),
-                       fin.data(), xyz[a].data()));
+    exiger_reussite(cg_coord_read(fichier_, base_, z, noms[a], CGNS_ENUMV(RealDouble), debut.data(),
+                                  fin.data(), xyz[a].data()));
   }
 }
 

@@ -16,15 +16,15 @@ class Tampon {
  public:
   std::span<double> donner(std::size_t n) {
     if (n > place_) {
-      octets_.reset();
-      octets_ = std::make_unique_for_overwrite<double[]>(n);
+      reels_.reset();
+      reels_ = std::make_unique_for_overwrite<double[]>(n);
       place_ = n;
     }
-    return {octets_.get(), n};
+    return {reels_.get(), n};
   }
 
  private:
-  std::unique_ptr<double[]> octets_;
+  std::unique_ptr<double[]> reels_;
   std::size_t place_ = 0;
 };
 

@@ -39,7 +39,7 @@ class Conditions {
 
   void lire_tout() {
     int nb = 0;
-    lire(cg_nbocos(p_.fichier, p_.base, p_.zone, &nb));
+    exiger_reussite(cg_nbocos(p_.fichier, p_.base, p_.zone, &nb));
     for (int n = 1; n <= nb; ++n) condition(n);
   }
 
@@ -59,8 +59,8 @@ class Conditions {
     cgsize_t nb = 0, normales = 0;
     std::array<int, 3> normale{};
     int jeux = 0;
-    lire(cg_boco_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &type, &genre, &nb,
-                      normale.data(), &normales, &donnees, &jeux));
+    exiger_reussite(cg_boco_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &type, &genre, &nb,
+                                 normale.data(), &normales, &donnees, &jeux));
     Condition c;
     c.nom = nom.texte();
     c.zone = zone_;
@@ -68,11 +68,11 @@ class Conditions {
     if (!plage && !liste) return laisser(c.nom, "donnee par elements");
     controler_nombre(s_.zones[zone_], "condition '" + c.nom + "'", nb, plage);
     CGNS_ENUMT(GridLocation_t) lieu = CGNS_ENUMV(Vertex);
-    lire(cg_boco_gridlocation_read(p_.fichier, p_.base, p_.zone, n, &lieu));
+    exiger_reussite(cg_boco_gridlocation_read(p_.fichier, p_.base, p_.zone, n, &lieu));
     if (lieu == CGNS_ENUMV(CellCenter) || lieu == CGNS_ENUMV(EdgeCenter))
       return laisser(c.nom, "donnee par cellules ou par aretes");
     std::vector<cgsize_t> lus(3 * static_cast<std::size_t>(nb));
-    lire(cg_boco_read(p_.fichier, p_.base, p_.zone, n, lus.data(), nullptr));
+    exiger_reussite(cg_boco_read(p_.fichier, p_.base, p_.zone, n, lus.data(), nullptr));
     const auto trouvee = plage_des_points(s_.zones[zone_].taille,
                                           {liste, axe_des_points(lieu, normale), triplets(lus)});
     if (!trouvee) return laisser(c.nom, "ses points ne designent pas une partie d'une seule face");

@@ -21,13 +21,13 @@ class Raccords {
 
   void lire_tout() {
     int groupes = 0, nb = 0;
-    lire(cg_nzconns(p_.fichier, p_.base, p_.zone, &groupes));
+    exiger_reussite(cg_nzconns(p_.fichier, p_.base, p_.zone, &groupes));
     if (groupes > 1) dire(std::to_string(groupes) + " groupes de raccords, seul le premier est lu");
-    lire(cg_n1to1(p_.fichier, p_.base, p_.zone, &nb));
+    exiger_reussite(cg_n1to1(p_.fichier, p_.base, p_.zone, &nb));
     for (int n = 1; n <= nb; ++n) un_a_un(n);
-    lire(cg_nconns(p_.fichier, p_.base, p_.zone, &nb));
+    exiger_reussite(cg_nconns(p_.fichier, p_.base, p_.zone, &nb));
     for (int n = 1; n <= nb; ++n) general(n);
-    lire(cg_nholes(p_.fichier, p_.base, p_.zone, &nb));
+    exiger_reussite(cg_nholes(p_.fichier, p_.base, p_.zone, &nb));
     if (nb > 0) dire(std::to_string(nb) + " trou(s) de recouvrement, sans place dans un cas");
   }
 
@@ -49,8 +49,8 @@ class Raccords {
     NomCgns nom, nom_voisine;
     std::array<cgsize_t, 6> ici{}, la{};
     std::array<int, 3> t{};
-    lire(cg_1to1_read(p_.fichier, p_.base, p_.zone, n, nom.place(), nom_voisine.place(), ici.data(),
-                      la.data(), t.data()));
+    exiger_reussite(cg_1to1_read(p_.fichier, p_.base, p_.zone, n, nom.place(), nom_voisine.place(),
+                                 ici.data(), la.data(), t.data()));
     Jonction j{nom.texte(),
                zone_,
                voisine(nom_voisine.texte(), nom.texte()),
@@ -72,8 +72,8 @@ class Raccords {
       throw MaillageRefuse("zone '" + s_.zones[zone_].nom + "', raccord '" + j.nom +
                            "' : " + texte_plage(j.plage) + " et " + texte_plage(la) +
                            " de la zone '" + s_.zones[j.voisine].nom + "' ne se correspondent pas");
-    if (slot_de(s_.zones[zone_].taille, j.plage) >= 0 &&
-        slot_de(s_.zones[j.voisine].taille, la) >= 0 && !sur_place(j))
+    if (place_de(s_.zones[zone_].taille, j.plage) >= 0 &&
+        place_de(s_.zones[j.voisine].taille, la) >= 0 && !sur_place(j))
       return false;
     dire("raccord '" + j.nom + "' " + texte_plage(j.plage) +
          " ne joint pas deux faces, laisse de cote");
@@ -134,8 +134,9 @@ class Raccords {
     CGNS_ENUMT(ZoneType_t) type_la{};
     CGNS_ENUMT(DataType_t) donnees{};
     cgsize_t nb = 0, nb_la = 0;
-    lire(cg_conn_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &lieu, &type, &points, &nb,
-                      nom_voisine.place(), &type_la, &points_la, &donnees, &nb_la));
+    exiger_reussite(cg_conn_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &lieu, &type,
+                                 &points, &nb, nom_voisine.place(), &type_la, &points_la, &donnees,
+                                 &nb_la));
     const Zone& zone = s_.zones[zone_];
     const std::string quoi = "raccord '" + nom.texte() + "'";
     const bool plage_donnee = points == CGNS_ENUMV(PointRange);
@@ -143,7 +144,8 @@ class Raccords {
     if (nb_la > 0) controler_nombre(zone, quoi, nb_la, false);
     std::vector<cgsize_t> lus(3 * static_cast<std::size_t>(nb));
     std::vector<cgsize_t> lus_la(3 * static_cast<std::size_t>(nb_la) + 3);
-    lire(cg_conn_read(p_.fichier, p_.base, p_.zone, n, lus.data(), type_indice, lus_la.data()));
+    exiger_reussite(
+        cg_conn_read(p_.fichier, p_.base, p_.zone, n, lus.data(), type_indice, lus_la.data()));
     lus_la.resize(3 * static_cast<std::size_t>(nb_la));
     const std::vector<Ijk> ici = triplets(lus);
     std::optional<Plage> plage;

@@ -16,8 +16,8 @@ constexpr double part_ecrasee = 1e-9;
 /// The nodes of a piece of surface, by their place along l and m.
 class Surface {
  public:
-  Surface(const Coordonnees& c, const Plage& plage, int slot)
-      : c_(c), plage_(plage), slot_(slot), axes_(axes_lm[static_cast<std::size_t>(slot % 3)]) {
+  Surface(const Coordonnees& c, const Plage& plage, int place)
+      : c_(c), plage_(plage), place_(place), axes_(axes_lm[static_cast<std::size_t>(place % 3)]) {
     for (std::size_t d = 0; d < 2; ++d) n_[d] = plage.max[axes_[d]] - plage.min[axes_[d]] + 1;
   }
 
@@ -30,8 +30,8 @@ class Surface {
   }
   /// 1 when l x m points out of a right-handed zone, else -1.
   double dehors() const {
-    const double lm = slot_ % 3 == 1 ? -1 : 1;
-    return slot_ / 3 ? lm : -lm;
+    const double lm = place_ % 3 == 1 ? -1 : 1;
+    return place_ / 3 ? lm : -lm;
   }
   /// Twice the area vector of the cell face from (l,m).
   Vec aire(Indice l, Indice m) const {
@@ -41,7 +41,7 @@ class Surface {
  private:
   const Coordonnees& c_;
   Plage plage_;
-  int slot_;
+  int place_;
   std::array<std::size_t, 2> axes_;
   std::array<Indice, 2> n_{};
 };
@@ -97,7 +97,7 @@ Vec aire_du_cote(const Surface& f, std::size_t cote) {
 
 MesuresMorceau mesurer_morceau(const Coordonnees& c, const Morceau& morceau, double sens,
                                double petite) {
-  const Surface f(c, morceau.plage, morceau.slot);
+  const Surface f(c, morceau.plage, morceau.place);
   MesuresMorceau r;
   Vec moyenne;
   for (Indice m = 0; m < f.nb(1); ++m)
@@ -114,7 +114,7 @@ MesuresMorceau mesurer_morceau(const Coordonnees& c, const Morceau& morceau, dou
     r.coins[n] = f(l, m);
     r.normales[n] = dehors(f.aire(l ? l - 1 : 0, m ? m - 1 : 0));
     r.normales_cotes[n] = dehors(aire_du_cote(f, n));
-    r.cotes_ecrases[n] = longueur(c, cote_de_morceau(morceau.plage, morceau.slot, n)) <= petite;
+    r.cotes_ecrases[n] = longueur(c, cote_de_morceau(morceau.plage, morceau.place, n)) <= petite;
   }
   r.ecrase = mesurer_lignes(f, petite);
   return r;
@@ -132,20 +132,19 @@ Plage arete_de_zone(const Ijk& taille, std::size_t n) {
   return p;
 }
 
-Plage cote_de_morceau(const Plage& plage, int slot, std::size_t cote) {
-  const std::size_t axe = axes_lm[static_cast<std::size_t>(slot % 3)][cote % 2];
+Plage cote_de_morceau(const Plage& plage, int place, std::size_t cote) {
+  const std::size_t axe = axes_lm[static_cast<std::size_t>(place % 3)][cote % 2];
   Plage p = plage;
   p.min[axe] = p.max[axe] = cote / 2 ? plage.max[axe] : plage.min[axe];
   return p;
 }
 
-// Neighbouring cells see the bilinear face between them from either side: in the sum of the cells'
-// volumes what they say about it cancels, and the outer faces remain.
+// The contributions of a face between two cells cancel, so only the zone's outside is summed.
 double volume_exact(const Coordonnees& c) {
   const Vec origine = c.noeud({1, 1, 1});
   double volume = 0;
-  for (int slot = 0; slot < nb_faces_bloc; ++slot) {
-    const Surface f(c, face_entiere(c.taille, slot), slot);
+  for (int place = 0; place < nb_faces_bloc; ++place) {
+    const Surface f(c, face_entiere(c.taille, place), place);
     double somme = 0;
     for (Indice m = 0; m + 1 < f.nb(1); ++m)
       for (Indice l = 0; l + 1 < f.nb(0); ++l)
@@ -179,8 +178,8 @@ MesuresZone mesurer(const Structure& s, const Decoupage& d, std::size_t zone, co
     for (std::size_t a = 0; a < 3; ++a) p[a] = n >> a & 1 ? c.taille[a] : 1;
     r.coins[n] = c.noeud(p);
   }
-  for (int slot = 0; slot < nb_faces_bloc; ++slot) {
-    const Surface f(c, face_entiere(c.taille, slot), slot);
+  for (int place = 0; place < nb_faces_bloc; ++place) {
+    const Surface f(c, face_entiere(c.taille, place), place);
     for (Indice m = 0; m < f.nb(1); ++m)
       for (Indice l = 0; l < f.nb(0); ++l) boite.couvrir(f(l, m));
   }

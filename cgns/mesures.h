@@ -47,8 +47,8 @@ struct MesuresZone {
 /// axes, the lower one first.
 Plage arete_de_zone(const Ijk& taille, std::size_t n);
 
-/// Side 0 to 3 of a piece on a face of that slot.
-Plage cote_de_morceau(const Plage& plage, int slot, std::size_t cote);
+/// Side 0 to 3 of a piece on a face in that slot.
+Plage cote_de_morceau(const Plage& plage, int place, std::size_t cote);
 
 /// All measures in one pass, on up to `fils` threads: their number changes no bit of the result.
 /// Throws MaillageRefuse, saying the zone, at a coordinate that is no finite number.
@@ -64,8 +64,9 @@ struct MesuresCellules {
   double centres = 0;       ///< sum of the determinants at the cells' centres
   bool finies = true;
 };
-/// sens: 1, or -1 for a left-handed zone. larges: with wider vectors on processors that have them;
-/// neither these nor the number of threads changes a bit.
+/// sens: 1, or -1 for a left-handed zone. larges: with wider vectors on processors that have them.
+/// Neither these nor the number of threads changes a bit: the tests, which alone leave them off,
+/// compare.
 MesuresCellules mesurer_cellules(const Coordonnees& c, double sens, unsigned fils,
                                  bool larges = true);
 

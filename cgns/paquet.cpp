@@ -8,7 +8,7 @@ namespace topomine {
 
 namespace {
 
-// One description for both ways: `a` writes or reads each value in turn.
+// One function per type both writes and reads (`a` is Emballage or Deballage).
 
 template <class A, class T, std::size_t n>
 void passer(A& a, std::array<T, n>& valeurs);

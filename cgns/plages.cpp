@@ -41,20 +41,20 @@ std::string texte_plage(const Plage& p) {
   return texte + "]";
 }
 
-Plage face_entiere(const Ijk& taille, int slot) {
+Plage face_entiere(const Ijk& taille, int place) {
   Plage p = zone_entiere(taille);
-  const auto axe = static_cast<std::size_t>(slot % 3);
-  if (slot / 3)
+  const auto axe = static_cast<std::size_t>(place % 3);
+  if (place / 3)
     p.min[axe] = taille[axe];
   else
     p.max[axe] = 1;
   return p;
 }
 
-int slot_de(const Ijk& taille, const Plage& p) {
+int place_de(const Ijk& taille, const Plage& p) {
   if (p.nb_axes_plats() != 1) return -1;
-  for (int slot = 0; slot < nb_faces_bloc; ++slot)
-    if (face_entiere(taille, slot).contient(p)) return slot;
+  for (int place = 0; place < nb_faces_bloc; ++place)
+    if (face_entiere(taille, place).contient(p)) return place;
   return -1;
 }
 

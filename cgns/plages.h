@@ -42,10 +42,10 @@ inline Plage zone_entiere(const Ijk& taille) {
 inline constexpr std::array<std::array<std::size_t, 2>, 3> axes_lm{{{1, 2}, {0, 2}, {0, 1}}};
 
 /// The nodes of the zone's face in slot 0 to 5 (see mesh/numbering.h).
-Plage face_entiere(const Ijk& taille, int slot);
+Plage face_entiere(const Ijk& taille, int place);
 /// The slot of the face that the piece of surface lies on; -1 inside the zone and for what is no
 /// piece of surface.
-int slot_de(const Ijk& taille, const Plage& p);
+int place_de(const Ijk& taille, const Plage& p);
 
 /// How the nodes on one side of a join are found on the other: axis a goes along axis |t[a]|, the
 /// other way where t[a] < 0.

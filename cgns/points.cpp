@@ -52,7 +52,7 @@ std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points) {
       if (static_cast<int>(a) != axe) ++p.max[a];
     if (!zone_entiere(taille).contient(p)) return {};
   }
-  if (slot_de(taille, p) < 0) return {};
+  if (place_de(taille, p) < 0) return {};
   return p;
 }
 

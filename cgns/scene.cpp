@@ -61,7 +61,7 @@ class Scene {
     for (const std::size_t m : morceaux)
       for (std::size_t c = 0; c < cotes; ++c)
         cotes_.emplace(std::pair{d_.morceaux[m].zone,
-                                 cote_de_morceau(d_.morceaux[m].plage, d_.morceaux[m].slot, c)},
+                                 cote_de_morceau(d_.morceaux[m].plage, d_.morceaux[m].place, c)},
                        Pas{m, c});
     char resultat = 'H';
     std::set<Pas> vus;
@@ -96,9 +96,9 @@ class Scene {
   /// there.
   bool suivant(std::size_t m, std::size_t cote, Pas* la) const {
     const Morceau& morceau = d_.morceaux[m];
-    const Plage ligne = cote_de_morceau(morceau.plage, morceau.slot, cote);
+    const Plage ligne = cote_de_morceau(morceau.plage, morceau.place, cote);
     if (mesure(m).cotes_ecrases[cote]) return false;
-    const std::size_t axe = axes_lm[static_cast<std::size_t>(morceau.slot % 3)][cote % 2];
+    const std::size_t axe = axes_lm[static_cast<std::size_t>(morceau.place % 3)][cote % 2];
     const Indice bord = cote / 2 ? s_.zones[morceau.zone].taille[axe] : 1;
     if (ligne.min[axe] != bord) return trouver(morceau.zone, ligne, {m, cote}, la);
     const int voisine = place_face(static_cast<int>(cote / 2), static_cast<int>(axe));

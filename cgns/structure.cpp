@@ -28,14 +28,14 @@ void valider(const Structure& s) {
     refuser("plus de " + std::to_string(plages_max) + " raccords et conditions");
   for (const Zone& z : s.zones) valider_zone(z);
   for (const Condition& c : s.conditions)
-    if (c.zone >= s.zones.size() || slot_de(s.zones[c.zone].taille, c.plage) < 0)
+    if (c.zone >= s.zones.size() || place_de(s.zones[c.zone].taille, c.plage) < 0)
       refuser("condition '" + c.nom + "' : " + texte_plage(c.plage) + " n'est pas sur une face");
   for (const Jonction& j : s.jonctions) {
     const bool zones = j.zone < s.zones.size() && j.voisine < s.zones.size();
     if (!zones || !transformation_valide(j.passage.t) ||
-        slot_de(s.zones[j.zone].taille, j.plage) < 0 || !j.plage.contient(j.passage.depuis) ||
+        place_de(s.zones[j.zone].taille, j.plage) < 0 || !j.plage.contient(j.passage.depuis) ||
         !zone_entiere(s.zones[j.voisine].taille).contient(j.passage.vers) ||
-        slot_de(s.zones[j.voisine].taille, j.passage(j.plage)) < 0)
+        place_de(s.zones[j.voisine].taille, j.passage(j.plage)) < 0)
       refuser("raccord '" + j.nom + "' : " + texte_plage(j.plage) +
               " ne va pas d'une face a une face");
   }

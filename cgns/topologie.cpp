@@ -59,7 +59,7 @@ class Identification {
     for (const Morceau& m : d_.morceaux) {
       Elements& e = elements_.emplace_back();
       for (std::size_t c = 0; c < cotes; ++c) {
-        const Plage cote = cote_de_morceau(m.plage, m.slot, c);
+        const Plage cote = cote_de_morceau(m.plage, m.place, c);
         e.cotes[c] = classes_.element(m.zone, cote);
         e.coins[bouts[c][0]] = noeud(m.zone, cote.min);
         e.coins[bouts[c][1]] = noeud(m.zone, cote.max);
@@ -82,40 +82,40 @@ class Identification {
         if (mesure.ecrase[axe]) classes_.unir(e.cotes[axe], e.cotes[axe + 2]);
     }
     for (std::size_t z = 0; z < s_.zones.size(); ++z)
-      for (int slot = 0; slot < nb_faces_bloc; ++slot) ecraser_face(z, slot);
+      for (int place = 0; place < nb_faces_bloc; ++place) ecraser_face(z, place);
     classes_ecrasees();
   }
 
-  void ecraser_face(std::size_t zone, int slot) {
-    const Plage entiere = face_entiere(s_.zones[zone].taille, slot);
+  void ecraser_face(std::size_t zone, int place) {
+    const Plage entiere = face_entiere(s_.zones[zone].taille, place);
     bool dit = false;
     for (std::size_t axe = 0; axe < 2; ++axe) {
       bool tout = true;
-      for (std::size_t m = d_.debut(zone, slot); m < d_.fin(zone, slot); ++m)
+      for (std::size_t m = d_.debut(zone, place); m < d_.fin(zone, place); ++m)
         tout = tout && mesures(m).ecrase[axe];
       if (!tout) continue;
-      classes_.unir(classes_.element(zone, cote_de_morceau(entiere, slot, axe)),
-                    classes_.element(zone, cote_de_morceau(entiere, slot, axe + 2)));
-      if (!dit) t_.dits.push_back(ou(zone, slot) + " : face ecrasee, sa case est vide");
+      classes_.unir(classes_.element(zone, cote_de_morceau(entiere, place, axe)),
+                    classes_.element(zone, cote_de_morceau(entiere, place, axe + 2)));
+      if (!dit) t_.dits.push_back(ou(zone, place) + " : face ecrasee, sa case est vide");
       dit = true;
     }
-    for (std::size_t m = d_.debut(zone, slot); m < d_.fin(zone, slot); ++m)
+    for (std::size_t m = d_.debut(zone, place); m < d_.fin(zone, place); ++m)
       for (const std::size_t c : d_.morceaux[m].conditions)
         if (s_.conditions[c].degeneree && !ecrase(m))
-          t_.dits.push_back(ou(zone, slot) + " : condition '" + s_.conditions[c].nom +
+          t_.dits.push_back(ou(zone, place) + " : condition '" + s_.conditions[c].nom +
                             "' de face ecrasee, mais la face a une aire");
   }
 
   /// Where a face of the zone is on its block: blocks are right-handed, so that i of a left-handed
   /// zone goes the other way.
-  int place(std::size_t zone, int slot) const {
-    return mesures_[zone].gauche && slot % 3 == 0 ? nb_faces_bloc / 2 - slot : slot;
+  int place_du_bloc(std::size_t zone, int place) const {
+    return mesures_[zone].gauche && place % 3 == 0 ? nb_faces_bloc / 2 - place : place;
   }
 
-  std::string ou(std::size_t zone, int slot) const {
+  std::string ou(std::size_t zone, int place) const {
     constexpr std::array<const char*, 6> noms{"i-min", "j-min", "k-min", "i-max", "j-max", "k-max"};
     return "bloc " + std::to_string(zone + 1) + " " +
-           noms[static_cast<std::size_t>(place(zone, slot))];
+           noms[static_cast<std::size_t>(place_du_bloc(zone, place))];
   }
 
   void classes_ecrasees() {
@@ -156,10 +156,10 @@ class Identification {
 
   void numeroter_bloc(std::size_t zone) {
     BlocTopo& bloc = t_.blocs.emplace_back();
-    for (int slot = 0; slot < nb_faces_bloc; ++slot) {
-      std::vector<int>& faces = bloc.faces[static_cast<std::size_t>(place(zone, slot))];
+    for (int place = 0; place < nb_faces_bloc; ++place) {
+      std::vector<int>& faces = bloc.faces[static_cast<std::size_t>(place_du_bloc(zone, place))];
       bool bord = true;
-      for (std::size_t m = d_.debut(zone, slot); m < d_.fin(zone, slot); ++m) {
+      for (std::size_t m = d_.debut(zone, place); m < d_.fin(zone, place); ++m) {
         const int n = face(m);
         if (n == 0) continue;
         faces.push_back(n);
@@ -214,7 +214,7 @@ class Identification {
     for (std::size_t c = 0; c < cotes; ++c)
       for (std::size_t n = 0; n < 12; ++n)
         if (arete_de_zone(s_.zones[morceau.zone].taille, n)
-                .contient(cote_de_morceau(morceau.plage, morceau.slot, c)))
+                .contient(cote_de_morceau(morceau.plage, morceau.place, c)))
           toucher(numero_edge(aretes_[12 * morceau.zone + n]));
     for (std::size_t c = 0; c < cotes; ++c) {
       const std::size_t classe = classes_.classe(elements_[f.morceau].coins[c]);
@@ -240,20 +240,22 @@ class Identification {
   void reserver_les_comptes() {
     std::size_t plus_grand = 1;
     for (std::size_t b = 0; b < t_.blocs.size(); ++b)
-      for (int slot = 0; slot < nb_faces_bloc; ++slot)
-        plus_grand = std::max(plus_grand, t_.blocs[b].faces[static_cast<std::size_t>(slot)].size());
+      for (int place = 0; place < nb_faces_bloc; ++place)
+        plus_grand =
+            std::max(plus_grand, t_.blocs[b].faces[static_cast<std::size_t>(place)].size());
     const int saut = static_cast<int>(plus_grand) - 1;
     const auto decaler = [saut](int& n) { n += n > 1 ? saut : 0; };
     std::map<std::size_t, std::vector<std::size_t>> blocs_par_compte;
     for (FaceTopo& f : t_.faces) decaler(f.numero);
     for (std::size_t b = 0; b < t_.blocs.size(); ++b)
-      for (int slot = 0; slot < nb_faces_bloc; ++slot) {
-        std::vector<int>& faces = t_.blocs[b].faces[static_cast<std::size_t>(place(b, slot))];
+      for (int place = 0; place < nb_faces_bloc; ++place) {
+        std::vector<int>& faces =
+            t_.blocs[b].faces[static_cast<std::size_t>(place_du_bloc(b, place))];
         for (int& n : faces) decaler(n);
         if (faces.size() < 2) continue;
         std::vector<std::size_t>& pareils = blocs_par_compte[faces.size()];
         if (pareils.empty() || pareils.back() != b) pareils.push_back(b);
-        std::string texte = ou(b, slot) + " : " + std::to_string(faces.size()) + " sous-faces :";
+        std::string texte = ou(b, place) + " : " + std::to_string(faces.size()) + " sous-faces :";
         for (const int n : faces) texte += " " + std::to_string(n);
         t_.dits.push_back(texte + " ; lue, la case ne garde que leur nombre");
       }

@@ -11,7 +11,7 @@ struct TypeCondition {
   bool degeneree = false;  ///< for a face that shrank to a line or a point
 };
 
-/// By name; a type that is not in the table is one that says nothing.
+/// By name; an unknown type gives BCCODE 9999.
 TypeCondition type_condition(std::string_view nom);
 
 }  // namespace topomine

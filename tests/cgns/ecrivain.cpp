@@ -120,7 +120,7 @@ class Ecrivain {
   void condition(const Condition& c, std::size_t forme) {
     const int z = static_cast<int>(c.zone) + 1;
     Plage p = c.plage;
-    const int axe = slot_de(m_.taille(c.zone), c.plage) % 3;
+    const int axe = place_de(m_.taille(c.zone), c.plage) % 3;
     if (forme & 1)
       for (int a = 0; a < 3; ++a)
         if (a != axe) --p.max[static_cast<std::size_t>(a)];

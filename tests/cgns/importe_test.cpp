@@ -25,8 +25,8 @@ std::size_t boite(Modele& m, double x, double y, double z, const Ijk& cellules =
   });
 }
 
-Plage face(const Modele& m, std::size_t zone, int slot) {
-  return face_entiere(m.taille(zone), slot);
+Plage face(const Modele& m, std::size_t zone, int place) {
+  return face_entiere(m.taille(zone), place);
 }
 
 /// Two boxes side by side along x: wall below, far field above, the rest bare.
@@ -206,7 +206,7 @@ TEST(Importe, ACGrid) {
                         : Vec{0.5 + 0.5 * std::cos(a) + v * std::cos(angle),
                               -0.05 * std::sin(a) + v * std::sin(angle), w};
   });
-  for (const int slot : {0, 2, 3, 4, 5}) m.condition(0, face(m, 0, slot), "loin", 4);
+  for (const int place : {0, 2, 3, 4, 5}) m.condition(0, face(m, 0, place), "loin", 4);
   Modele pli = m;
   m.jonction(0, {{1, 1, 1}, {te, 1, 3}}, 0, {{1, 1, 1}, {n + 1, 1, 1}, {-1, -2, 3}});
   m.condition(0, {{te, 1, 1}, {n + 2 - te, 1, 3}}, "paroi_aile", 1);

@@ -34,18 +34,19 @@ Coins coins_du_bloc(const Base& b, int bloc) {
 
 /// A face of a block: where its corners l + 2m and its sides (as edge slots) are in the base.
 struct Vue {
-  int bloc, slot;
+  int bloc, place;
   std::array<int, 4> coins, cotes;
 };
 
-Vue voir_face(const Base& b, const Coins& coins, int bloc, int slot) {
-  Vue v{bloc, slot, {}, {}};
-  const auto& [l, m] = axes_lm[static_cast<std::size_t>(slot % 3)];
+Vue voir_face(const Base& b, const Coins& coins, int bloc, int place) {
+  Vue v{bloc, place, {}, {}};
+  const auto& [l, m] = axes_lm[static_cast<std::size_t>(place % 3)];
   for (std::size_t n = 0; n < 4; ++n) {
     const std::size_t c = (n & 1) << l | (n >> 1) << m |
-                          static_cast<std::size_t>(slot / 3) << static_cast<std::size_t>(slot % 3);
+                          static_cast<std::size_t>(place / 3)
+                              << static_cast<std::size_t>(place % 3);
     v.coins[n] = coins[c];
-    v.cotes[n] = b.blk_edge(bloc, slot,
+    v.cotes[n] = b.blk_edge(bloc, place,
                             place_face(static_cast<int>(n / 2), static_cast<int>(n % 2 ? m : l)));
   }
   return v;
@@ -77,9 +78,9 @@ std::array<std::size_t, 4> apparier(const Vue& a, const Vue& b) {
   throw std::logic_error("no way to lay one face on the other");
 }
 
-Ijk noeud_du_coin(const Ijk& taille, int slot, std::size_t lm) {
-  Ijk p = face_entiere(taille, slot).min;
-  const auto& axes = axes_lm[static_cast<std::size_t>(slot % 3)];
+Ijk noeud_du_coin(const Ijk& taille, int place, std::size_t lm) {
+  Ijk p = face_entiere(taille, place).min;
+  const auto& axes = axes_lm[static_cast<std::size_t>(place % 3)];
   for (std::size_t d = 0; d < 2; ++d)
     if (lm >> d & 1) p[axes[d]] = taille[axes[d]];
   return p;
@@ -160,21 +161,21 @@ Modele modele_de(const Base& base, bool fin) {
       }
       return p;
     });
-    for (int slot = 0; slot < nb_faces_bloc; ++slot)
-      if (bloc._face(slot) > 0) {
-        Vue v = voir_face(base, coins, n, slot);
+    for (int place = 0; place < nb_faces_bloc; ++place)
+      if (bloc._face(place) > 0) {
+        Vue v = voir_face(base, coins, n, place);
         v.bloc = rang;
-        vues[bloc._face(slot)].push_back(v);
+        vues[bloc._face(place)].push_back(v);
       }
   }
   for (const auto& [face, liste] : vues) {
     const auto za = static_cast<std::size_t>(liste[0].bloc);
-    const int sa = liste[0].slot;
+    const int sa = liste[0].place;
     const Plage plage = face_entiere(m.taille(za), sa);
     if (liste.size() == 2) {
       const auto zb = static_cast<std::size_t>(liste[1].bloc);
       m.jonction(za, plage, zb,
-                 passage_entre(m.taille(za), sa, m.taille(zb), liste[1].slot,
+                 passage_entre(m.taille(za), sa, m.taille(zb), liste[1].place,
                                apparier(liste[0], liste[1])));
       continue;
     }
