@@ -19,7 +19,7 @@ import subprocess
 import sys
 import tempfile
 
-BAR_S, BAR_MIO = 2.0, 300
+BARRE_S, BARRE_MIO = 2.0, 300
 ARRET_S, ARRET_MIO = 12, 2048  # where a run is ended
 BASES = [f"mesh_case_{i}" for i in range(1, 9)]
 
@@ -379,14 +379,14 @@ def main():
                                      "-o", dossier / "e.vtu"])):
                     statut, secondes, mio = mesurer([str(x) for x in commande])
                     fini = statut >= 0 or (programme == "topomine" and statut == -signal.SIGABRT)
-                    depasse = secondes > BAR_S or mio > BAR_MIO or not fini
+                    depasse = secondes > BARRE_S or mio > BARRE_MIO or not fini
                     trop += depasse
                     if depasse or not args.depasse:
                         mot_statut = statut if fini else f"{signal.Signals(-statut).name} : arrete"
                         gras = "**" if depasse else ""
                         print(f"| {nom} | {taille:,} | {programme} | {gras}{secondes:.2f}{gras} | "
                               f"{gras}{mio:.0f}{gras} | {mot_statut} |", flush=True)
-    print(f"\n{trop} runs over {BAR_S:.0f} s or {BAR_MIO} MiB")
+    print(f"\n{trop} runs over {BARRE_S:.0f} s or {BARRE_MIO} MiB")
     return 1 if trop else 0
 
 

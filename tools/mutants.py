@@ -30,7 +30,7 @@ import time
 
 DOSSIERS = ("texte", "mesh", "base", "dataset", "verifie", "app", "cgns", "vtk")
 BARRE = 0.95
-SWAPS = [x.split("~") for x in (
+ECHANGES = [x.split("~") for x in (
     " < ~ <= ", " <= ~ < ", " > ~ >= ", " >= ~ > ", " == ~ != ", " != ~ == ", " + ~ - ", " - ~ + ",
     " * ~ / ", " / ~ * ", " % ~ / ", " && ~ || ", " || ~ && ", " & ~ | ", " += ~ -= ", "++~--", "--~++",
     "true~false", "false~true", "!~", "std::min~std::max", "std::max~std::min", "continue;~;",
@@ -70,7 +70,7 @@ def fautes(ligne, avant):
 
     def remplacer(a, b, texte):
         return ligne[:a] + texte + ligne[b:]
-    for vieux, neuf in SWAPS:
+    for vieux, neuf in ECHANGES:
         for m in re.finditer(re.escape(vieux), code):
             if vieux == "!" and code[m.end():m.end() + 1] == "=":
                 continue
