@@ -4,7 +4,7 @@
 
 #include "app/topodata/commandes.h"
 #include "app/topodata/importation.h"
-#include "texte/nombres.h"
+#include "app/topodata/options.h"
 
 namespace topomine {
 
@@ -19,14 +19,9 @@ void ajouter_importe(CLI::App& app, int&) {
   c->add_option("--mode", o->mode, "nrm (par defaut), ext, min ou toutes")
       ->check(CLI::IsMember({"nrm", "ext", "min", "toutes"}));
   c->add_option("--base-cgns", o->base_cgns, "Base du fichier CGNS, s'il en a plusieurs");
-  c->add_option_function<std::string>(
-       "--tolerance", [o](const std::string& texte) { o->tolerance = *reel_strict(texte); },
-       "Ecart permis entre noeuds raccordes, en part de la taille de la zone (1e-6)")
-      ->type_name("REEL")
-      ->check([](const std::string& texte) {
-        const auto lu = reel_strict(texte);
-        return lu && *lu >= 0 && *lu <= 1 ? std::string() : "attendu : un nombre de 0 a 1";
-      });
+  option_reel(*c, "--tolerance",
+              "Ecart permis entre noeuds raccordes, en part de la taille de la zone (1e-6)",
+              o->tolerance, 1.0, "un nombre de 0 a 1");
   c->add_option("--codes", o->codes,
                 "Fichier csv famille,BCCODE : remplace les BCCODE du maillage");
   c->add_option("--pieces", o->pieces,

@@ -12,9 +12,11 @@
 #include "app/topodata/depot.h"
 #include "app/topodata/progres.h"
 #include "app/topodata/sortie.h"
+#include "base/lecture/climite.h"
 #include "base/lecture/fichier.h"
 #include "cgns/ecriture_cas.h"
 #include "cgns/enfant.h"
+#include "dataset/csv.h"
 #include "texte/affichable.h"
 #include "texte/nombres.h"
 #include "verifie/catalogue.h"
@@ -24,30 +26,33 @@ namespace topomine {
 
 namespace {
 
-/// The rows of a csv file of two fields; a first line that `lire` does not take is a header.
+std::string rogner(std::string s) {
+  s.erase(0, s.find_first_not_of(" \t\r"));
+  s.erase(s.find_last_not_of(" \t\r") + 1);
+  return s;
+}
+
+/// The rows of a csv file of two fields, by the first; a first line whose second field `lire` does
+/// not take is a header. A name may hold commas: the last field is the value.
 template <class T, class Lire>
-std::map<std::string, T> lire_csv(const std::string& fichier, Lire lire, const char* attendu) {
+std::map<std::string, T> lire_rangees(const std::string& fichier, Lire lire, const char* attendu) {
   std::map<std::string, T> valeurs;
   if (fichier.empty()) return valeurs;
   std::string texte;
   if (lire_fichier(fichier, texte) != Lecture::faite) throw Erreur(fichier + " : illisible");
-  std::istringstream lignes(texte);
-  int n = 0;
-  for (std::string ligne; std::getline(lignes, ligne);) {
-    ++n;
-    const auto rogner = [](std::string s) {
-      s.erase(0, s.find_first_not_of(" \t\r"));
-      s.erase(s.find_last_not_of(" \t\r") + 1);
-      return s;
-    };
-    if (rogner(ligne).empty()) continue;
-    const std::size_t virgule = ligne.rfind(',');
-    const std::optional<T> valeur =
-        virgule == std::string::npos ? std::nullopt : lire(rogner(ligne.substr(virgule + 1)));
+  const auto lignes = lire_csv(texte);
+  if (!lignes) throw Erreur(fichier + " : guillemets mal fermes ; attendu : " + attendu);
+  for (std::size_t n = 0; n < lignes->size(); ++n) {
+    const std::vector<std::string>& champs = (*lignes)[n];
+    if (champs.empty() || (champs.size() == 1 && rogner(champs[0]).empty())) continue;
+    const bool seul = champs.size() == 1;
+    const std::optional<T> valeur = seul ? std::nullopt : lire(rogner(champs.back()));
+    std::string nom = champs[0];
+    for (std::size_t i = 1; i + 1 < champs.size(); ++i) nom += ',' + champs[i];
     if (valeur)
-      valeurs[nom_de_famille(rogner(ligne.substr(0, virgule)))] = *valeur;
-    else if (n > 1 || virgule == std::string::npos)
-      throw Erreur(fichier + ":" + std::to_string(n) + " : attendu : " + attendu);
+      valeurs[nom_de_famille(rogner(nom))] = *valeur;
+    else if (n > 0 || seul)
+      throw Erreur(fichier + ":" + std::to_string(n + 1) + " : attendu : " + attendu);
   }
   return valeurs;
 }
@@ -86,21 +91,17 @@ class Climite {
 
   /// A field per column of the header there is; empty in those that are not ours.
   std::string rangee(const Famille& f) const {
-    std::string_view colonnes = entete;
-    if (!texte_.empty()) colonnes = texte_;
-    colonnes = colonnes.substr(0, colonnes.find('\n'));
+    LignesClimite lignes(texte_.empty() ? std::string_view(entete) : texte_);
+    lignes.suivante();
     std::string r;
-    for (std::size_t fin; (fin = colonnes.find(';')) != std::string_view::npos;) {
-      std::string colonne(colonnes.substr(0, fin));
-      colonne.erase(0, colonne.find_first_not_of(" \t"));
-      if (colonne == "Damas code")
+    for (const std::string_view colonne : lignes.champs()) {
+      if (colonne == colonne_code)
         r += std::to_string(f.code);
-      else if (colonne == "BCCODE")
+      else if (colonne == colonne_bccode)
         r += std::to_string(f.bccode);
-      else if (colonne == "Family")
+      else if (colonne == colonne_famille)
         r += f.nom;
       r += ';';
-      colonnes.remove_prefix(fin + 1);
     }
     return r + '\n';
   }
@@ -182,8 +183,9 @@ void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::st
 
 void importer_maillage(OptionsImportation o) {
   controler_noms(o);
-  const auto bccodes = lire_csv<int>(o.codes, entier_strict, "famille,BCCODE");
-  const auto lettres = lire_csv<char>(o.pieces, lire_lettre, "famille,C ou famille,H ou famille,O");
+  const auto bccodes = lire_rangees<int>(o.codes, entier_strict, "famille,BCCODE");
+  const auto lettres =
+      lire_rangees<char>(o.pieces, lire_lettre, "famille,C ou famille,H ou famille,O");
   const Climite climite(o.chemin);
   Progres progres;
   progres.etape("lecture de " + o.maillage);
