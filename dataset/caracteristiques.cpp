@@ -1,13 +1,15 @@
+#include "dataset/caracteristiques.h"
+
 #include <array>
 #include <cstddef>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <stdexcept>
 #include <unordered_map>
 #include <vector>
 
 #include "base/base.h"
-#include "dataset/basebuffer.h"
 #include "dataset/comptes_codes.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
@@ -102,7 +104,7 @@ class Voisinage {
 
 BaseBuffer::Exemple exemple(const Base& base, const Block& bloc, Voisinage& voisinage,
                             ComptesCodes& comptes) {
-  // Its number says whose faces count: a block may stand under another key than its number.
+  // Neighbours and codes are looked up by the block's own number, which may differ from its key.
   Block vu;
   if (const auto trouve = base.blocs.find(bloc._id()); trouve != base.blocs.end())
     vu = trouve->second;
@@ -162,4 +164,11 @@ void BaseBuffer::add_base(Base& base) {
     _expl.resize(avant);
     std::cerr << "memoire insuffisante pour les exemples de la base " << base.nom << std::endl;
   }
+}
+
+BaseBuffer topomine::table_de(Base& base) {
+  BaseBuffer table("topology");
+  table.add_base(base);
+  if (table._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  return table;
 }

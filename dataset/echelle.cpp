@@ -35,19 +35,23 @@ std::vector<std::string> Echelle::manquants(const BaseBuffer& table) const {
   return noms;
 }
 
-void Echelle::appliquer(BaseBuffer& table) const {
+void ramener(BaseBuffer& table, int col, const Bornes& bornes) {
   std::vector<double> valeurs;
-  for (int col = 0; col < static_cast<int>(table._attr.size()); ++col) {
-    const auto trouve = bornes.find(table._attr[static_cast<std::size_t>(col)].first);
-    if (trouve == bornes.end() || !table.get_vec_dbl(col, valeurs)) continue;
-    const auto [min, max] = trouve->second;
-    const double d = max - min == 0 ? 1.0 : max - min, o = min / d;
-    for (std::size_t j = 0; j < valeurs.size(); ++j) {
-      std::string& texte = table._expl[j].at(static_cast<std::size_t>(col));
-      texte.clear();
-      ajouter_nombre(texte, valeurs[j] / d - o);
-    }
+  if (!table.get_vec_dbl(col, valeurs)) return;
+  const auto [min, max] = bornes;
+  const double d = max - min == 0 ? 1.0 : max - min, o = min / d;
+  for (std::size_t j = 0; j < valeurs.size(); ++j) {
+    std::string& texte = table._expl[j].at(static_cast<std::size_t>(col));
+    texte.clear();
+    ajouter_nombre(texte, valeurs[j] / d - o);
   }
+}
+
+void Echelle::appliquer(BaseBuffer& table) const {
+  for (int col = 0; col < static_cast<int>(table._attr.size()); ++col)
+    if (const auto b = bornes.find(table._attr[static_cast<std::size_t>(col)].first);
+        b != bornes.end())
+      ramener(table, col, b->second);
 }
 
 void ecrire_echelle(std::ostream& out, const Echelle& echelle, const BaseBuffer& table) {

@@ -31,6 +31,9 @@ struct Echelle {
   void appliquer(BaseBuffer& table) const;
 };
 
+/// Maps a numeric column by these bounds; any other column stays.
+void ramener(BaseBuffer& table, int col, const Bornes& bornes);
+
 /// Csv: attribute, minimum, maximum, in the order of the table's attributes, with all the digits
 /// that tell a number from its neighbours.
 void ecrire_echelle(std::ostream& out, const Echelle& echelle, const BaseBuffer& table);

@@ -38,7 +38,7 @@ double ecart_des_produits(double n, const Somme& xy, const Somme& x, const Somme
   Somme e = fois(xy, {n, 0.0});
   Somme xy_moyens = fois(x, y);
   e.ajouter({-xy_moyens.haut, -xy_moyens.bas});
-  // Below this it is only rounding: values of six digits cannot differ by so little.
+  // Below this it is rounding error: values have six digits.
   constexpr double poussiere = 1e-26;
   const double grandeur = std::abs(xy_moyens.haut) + std::abs(n * xy.haut);
   return std::abs(e.haut) <= poussiere * grandeur ? 0.0 : e.haut + e.bas;
@@ -83,7 +83,7 @@ Sommes::Sommes(std::vector<Attribut> attributs)
 }
 
 void Sommes::ajouter(const BaseBuffer& exemples, const std::function<void(std::size_t)>& avance) {
-  nombre_ += exemples._expl.size();
+  nb_exemples_ += exemples._expl.size();
   std::vector<std::vector<double>> valeurs(attributs_.size());
   for (std::size_t a = 0; a < attributs_.size(); ++a)
     if (a_des_nombres(a))
@@ -106,7 +106,7 @@ void Sommes::ajouter(const BaseBuffer& exemples, const std::function<void(std::s
 
 bool Sommes::ajouter(const Sommes& autre) {
   if (attributs_ != autre.attributs_ || echelle.bornes != autre.echelle.bornes) return false;
-  nombre_ += autre.nombre_;
+  nb_exemples_ += autre.nb_exemples_;
   for (std::size_t i = 0; i < sommes_.size(); ++i) sommes_[i].ajouter(autre.sommes_[i]);
   for (std::size_t i = 0; i < produits_.size(); ++i) produits_[i].ajouter(autre.produits_[i]);
   return true;
@@ -114,8 +114,8 @@ bool Sommes::ajouter(const Sommes& autre) {
 
 std::optional<double> Sommes::cellule(std::size_t a, std::size_t b, Relation relation) const {
   if (b < a) std::swap(a, b);
-  if (!a_des_nombres(a) || !a_des_nombres(b) || nombre_ == 0) return std::nullopt;
-  const double n = static_cast<double>(nombre_);
+  if (!a_des_nombres(a) || !a_des_nombres(b) || nb_exemples_ == 0) return std::nullopt;
+  const double n = static_cast<double>(nb_exemples_);
   if (relation == Relation::produits) {
     if (attributs_[a].type != "numeric" || attributs_[b].type != "numeric") return std::nullopt;
     return produit(a, b).haut / n;

@@ -49,7 +49,7 @@ class Sommes {
   /// are not the same.
   bool ajouter(const Sommes& autre);
 
-  std::size_t nombre() const { return nombre_; }
+  std::size_t nb_exemples() const { return nb_exemples_; }
   const std::vector<Attribut>& attributs() const { return attributs_; }
   /// Nothing where one of the two has no numbers (a nominal attribute: for the mean products, which
   /// are the run's), without examples, and for the correlation of a constant attribute.
@@ -69,7 +69,7 @@ class Sommes {
     return produits_[a * attributs_.size() + b];
   }
 
-  std::size_t nombre_ = 0;
+  std::size_t nb_exemples_ = 0;
   std::vector<Attribut> attributs_;
   std::vector<bool> nombres_;
   std::vector<Somme> sommes_;    // by attribute

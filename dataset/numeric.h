@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 /// Number of elements equal to v.
@@ -23,3 +25,16 @@ void vec_init(std::vector<int>& liste, int debut, int fin, int pas);
 struct MyRandom {
   int operator()(int n) const;
 };
+
+namespace topomine {
+
+/// The shuffle used everywhere: element k, from the second on, changes places with one of the first
+/// k + 1. The order of the draws is part of the result.
+template <class T>
+void melanger(std::vector<T>& elements) {
+  const MyRandom tirer;
+  for (std::size_t k = 1; k < elements.size(); ++k)
+    std::swap(elements[k], elements[static_cast<std::size_t>(tirer(static_cast<int>(k + 1)))]);
+}
+
+}  // namespace topomine

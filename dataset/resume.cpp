@@ -32,7 +32,7 @@ Effectifs fusionner(const Effectifs& a, const Effectifs& b) {
 }  // namespace
 
 void Resume::ajouter(const BaseBuffer& exemples, std::size_t col) {
-  nombre_ += exemples._expl.size();
+  nb_exemples_ += exemples._expl.size();
   if (!numerique_) {
     for (const auto& exemple : exemples._expl) ++textes_[exemple.at(col)];
     return;
@@ -56,7 +56,7 @@ void Resume::ajouter(const BaseBuffer& exemples, std::size_t col) {
 
 double Resume::ecart_type() const {
   const double m = moyenne();
-  const double e = std::sqrt(somme_carres_ / static_cast<double>(nombre_) - m * m);
+  const double e = std::sqrt(somme_carres_ / static_cast<double>(nb_exemples_) - m * m);
   return std::isnan(e) && std::isfinite(m) ? 0.0 : e;
 }
 
@@ -69,7 +69,7 @@ double Resume::au_rang(std::size_t rang) const {
 }
 
 double Resume::quantile(double part) const {
-  const double place = part * static_cast<double>(nombre_ - 1);
+  const double place = part * static_cast<double>(nb_exemples_ - 1);
   const auto rang = static_cast<std::size_t>(place);
   const double bas = au_rang(rang), reste = place - static_cast<double>(rang);
   return reste == 0 ? bas : bas + reste * (au_rang(rang + 1) - bas);

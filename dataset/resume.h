@@ -23,13 +23,13 @@ class Resume {
   void ajouter(const BaseBuffer& exemples, std::size_t col);
 
   bool numerique() const { return numerique_; }
-  std::size_t nombre() const { return nombre_; }
+  std::size_t nb_exemples() const { return nb_exemples_; }
   std::size_t distincts() const { return numerique_ ? nombres_.size() : textes_.size(); }
   /// Counts by value of an attribute that is not numeric.
   const std::map<std::string, std::size_t>& effectifs() const { return textes_; }
 
   // --- Of a numeric attribute with at least one example
-  double moyenne() const { return somme_ / static_cast<double>(nombre_); }
+  double moyenne() const { return somme_ / static_cast<double>(nb_exemples_); }
   /// Of the population. Rounding that leaves a variance a little below zero counts as 0.
   double ecart_type() const;
   /// The value below which a part of the examples lies, 0 for the minimum, 1 for the maximum;
@@ -40,7 +40,7 @@ class Resume {
   double au_rang(std::size_t rang) const;
 
   bool numerique_;
-  std::size_t nombre_ = 0;
+  std::size_t nb_exemples_ = 0;
   double somme_ = 0.0, somme_carres_ = 0.0;
   FluxNombres flux_;
   std::vector<std::pair<double, std::size_t>> nombres_;  // ascending, each with its count

@@ -59,7 +59,7 @@ class Lignes {
 
 void Sommes::ecrire(std::ostream& out) const {
   ecrire_ligne_csv(out, entete);
-  ecrire_ligne_csv(out, {"exemples", "", "", "", std::to_string(nombre_), "0", "", ""});
+  ecrire_ligne_csv(out, {"exemples", "", "", "", std::to_string(nb_exemples_), "0", "", ""});
   for (std::size_t a = 0; a < attributs_.size(); ++a) {
     std::vector<std::string> ligne{"attribut", attributs_[a].nom, "", attributs_[a].type};
     ligne.resize(entete.size());
@@ -106,7 +106,7 @@ bool Sommes::lire(std::string_view texte, std::string& faute) {
   *this = Sommes(std::move(annonces));
   Somme n;
   par_nom.prendre("exemples", "", "", &n);
-  nombre_ = n.haut >= 0 && n.haut < 1e15 ? static_cast<std::size_t>(n.haut) : 0;
+  nb_exemples_ = n.haut >= 0 && n.haut < 1e15 ? static_cast<std::size_t>(n.haut) : 0;
   for (std::size_t a = 0; a < attributs_.size(); ++a) {
     const auto* ligne = par_nom.prendre("attribut", attributs_[a].nom, "",
                                         a_des_nombres(a) ? &sommes_[a] : nullptr);

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "dataset/basebuffer.h"
+#include "dataset/echelle.h"
 #include "dataset/numeric.h"
 #include "texte/nombres.h"
 
@@ -159,20 +160,8 @@ bool BaseBuffer::calc_min_max(const std::string& nom, double& min, double& max) 
 
 int BaseBuffer::normalize() {
   try {
-    std::vector<double> valeurs;
-    for (int col = 0; col < static_cast<int>(_attr.size()); ++col) {
-      double min, max;
-      if (!calc_min_max(col, min, max)) continue;
-      double d = max - min;
-      if (d == 0) d = 1.0;
-      const double o = min / d;
-      get_vec_dbl(col, valeurs);
-      for (std::size_t j = 0; j < _expl.size(); ++j) {
-        std::string& texte = _expl[j].at(static_cast<std::size_t>(col));
-        texte.clear();
-        ajouter_nombre(texte, valeurs[j] / d - o);
-      }
-    }
+    for (int col = 0; col < static_cast<int>(_attr.size()); ++col)
+      if (Bornes b; calc_min_max(col, b.min, b.max)) ramener(*this, col, b);
   } catch (const std::bad_alloc&) {
     return 0;
   }

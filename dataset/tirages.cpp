@@ -17,20 +17,12 @@ namespace {
 using Exemple = BaseBuffer::Exemple;
 using Exemples = std::vector<Exemple>;
 
-/// The shuffle used everywhere: element k, from the second on, changes places with one of the first
-/// k + 1. The order of the draws is part of the result.
-template <class T>
-void melanger(std::vector<T>& elements) {
-  const MyRandom tirer;
-  for (std::size_t k = 1; k < elements.size(); ++k)
-    std::swap(elements[k], elements[static_cast<std::size_t>(tirer(static_cast<int>(k + 1)))]);
-}
-
-std::vector<int> rangs(std::size_t nb, bool melange) {
-  std::vector<int> idx;
-  vec_init(idx, 0, static_cast<int>(nb), 1);
-  if (melange) melanger(idx);
-  return idx;
+/// 0 to nb - 1.
+std::vector<int> numeros(std::size_t nb, bool melange) {
+  std::vector<int> rangs;
+  vec_init(rangs, 0, static_cast<int>(nb), 1);
+  if (melange) melanger(rangs);
+  return rangs;
 }
 
 /// Integer part of nb * ratio, held within int; 0 for a ratio that is not a number.
@@ -71,7 +63,7 @@ int premiere_du_groupe(int c) {
 /// One permutation of the examples per column from "type" to the last one.
 std::vector<std::vector<int>> permutations(std::size_t nb_attr, std::size_t nb_expl) {
   std::vector<std::vector<int>> p;
-  for (std::size_t c = col_type; c < nb_attr; ++c) p.push_back(rangs(nb_expl, true));
+  for (std::size_t c = col_type; c < nb_attr; ++c) p.push_back(numeros(nb_expl, true));
   return p;
 }
 
@@ -121,11 +113,11 @@ int BaseBuffer::sep_buffer(double ratio, BaseBuffer& first, BaseBuffer& second, 
     const auto k = static_cast<std::size_t>(part(_expl.size(), std::clamp(ratio, 0.0, 1.0)));
     Contenu debut{_attr, _nom, _num_classe, {}};
     Contenu fin = debut;
-    const std::vector<int> idx = rangs(_expl.size(), shuffle);
+    const std::vector<int> rangs = numeros(_expl.size(), shuffle);
     // Both targets the same table: it gets everything.
     const bool une_cible = &first == &second;
-    for (std::size_t i = 0; i < idx.size(); ++i)
-      (i < k || une_cible ? debut : fin).expl.push_back(_expl[static_cast<std::size_t>(idx[i])]);
+    for (std::size_t i = 0; i < rangs.size(); ++i)
+      (i < k || une_cible ? debut : fin).expl.push_back(_expl[static_cast<std::size_t>(rangs[i])]);
     debut.remplacer(first);
     if (!une_cible) fin.remplacer(second);
   });

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <new>
 #include <span>
 #include <string_view>
 #include <unordered_map>
 
 #include "base/limites.h"
-#include "dataset/basebuffer.h"
+#include "dataset/caracteristiques.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
 
@@ -75,9 +74,7 @@ bool colonne_numerique(const BaseBuffer& table, const std::vector<std::size_t>& 
 
 /// The numeric attributes, and ident, type and TypeC as integers.
 void ajouter_attributs(Construction& c, Base& base, const std::vector<std::size_t>& lignes) {
-  BaseBuffer table("topology");
-  table.add_base(base);
-  if (table._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  const BaseBuffer table = table_de(base);
   for (std::size_t a = 0; a < table._attr.size(); ++a) {
     const auto& [nom, type] = table._attr[a];
     const bool entier = a == col_ident || a == col_type || a == col_TypeC;

@@ -58,8 +58,8 @@ std::string palette(const Valeurs& v, bool logarithme) {
   if (v.constante()) return "set palette defined (0 '#fc8d59', 1 '#fc8d59')\nunset colorbox\n";
   const std::string max = en_texte(v.grandeur());
   if (logarithme) {
-    constexpr double decades = 1e-12;  // smaller ones are as good as 0
-    double min = std::max(v.plus_petite, v.grandeur() * decades);
+    constexpr double part_min = 1e-12;  // smaller ones are as good as 0
+    double min = std::max(v.plus_petite, v.grandeur() * part_min);
     if (min == v.grandeur()) min /= 10;
     return "set palette defined (0 '#fff7ec', 1 '#fdd49e', 2 '#fc8d59', 3 '#d7301f', 4 "
            "'#4a0000')\nset logscale cb\nset cbrange [" +

@@ -163,12 +163,12 @@ void executer(Options& o) {
   if (somme) sommes.ecrire(somme->flux());
   if (image) {
     progres.etape("dessin");
-    dessiner_carte(m, legende(relation(o), sommes.echelle.bornes.empty(), sommes.nombre()), o.image,
-                   image->flux());
+    dessiner_carte(m, legende(relation(o), sommes.echelle.bornes.empty(), sommes.nb_exemples()),
+                   o.image, image->flux());
   }
   progres.ecriture(o.fichier);
   if (csv) ecrire_matrice(csv->flux(), m);
-  // No old file goes before all new ones are whole.
+  // Old files are replaced only when all new ones are complete.
   const std::array<std::optional<Sortie>*, 3> sorties{&somme, &image, &csv};
   for (auto* sortie : sorties)
     if (*sortie) (*sortie)->fermer();

@@ -68,7 +68,7 @@ std::string effectifs(const Resume& resume, const std::string& type) {
 /// Numbers stay empty for an attribute that is not numeric, and for a table without examples.
 Ligne resumer_attribut(const Resume& resume, const std::string& nom, const std::string& type) {
   Ligne ligne{nom, type};
-  if (resume.numerique() && resume.nombre() > 0) {
+  if (resume.numerique() && resume.nb_exemples() > 0) {
     for (const double part : {0.0, 0.25, 0.5, 0.75, 1.0})
       ligne.push_back(en_texte(resume.quantile(part)));
     ligne.push_back(en_texte(resume.moyenne()));
@@ -140,7 +140,7 @@ void executer(Options& o) {
     ecrire_csv_commun(sortie.flux(), attributs, bases,
                       o.table.crlf ? FinDeLigne::crlf : FinDeLigne::lf);
   } else {
-    sortie.flux() << resumes[0].nombre() << " exemples\n\n";
+    sortie.flux() << resumes[0].nb_exemples() << " exemples\n\n";
     ecrire_aligne(sortie.flux(), attributs, {0, 1, entete_attributs.size() - 1});
     sortie.flux() << '\n';
     ecrire_aligne(sortie.flux(), bases,

@@ -5,7 +5,6 @@
 #include <array>
 #include <iterator>
 #include <map>
-#include <new>
 #include <string_view>
 
 #include "app/topodata/attributs.h"
@@ -15,6 +14,7 @@
 #include "base/base.h"
 #include "base/lecture/fichier.h"
 #include "dataset/arff.h"
+#include "dataset/caracteristiques.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
 
@@ -200,9 +200,7 @@ bool Atelier::au_fil() const {
 }
 
 void Atelier::ajouter(BaseBuffer& exemples, Base& base, const Provenance& p) const {
-  BaseBuffer ceux_ci;
-  ceux_ci.add_base(base);
-  if (ceux_ci._expl.size() != base.blocs.size()) throw std::bad_alloc();
+  BaseBuffer ceux_ci = table_de(base);
   const std::string numero = std::to_string(p.numero);
   for (BaseBuffer::Exemple& exemple : ceux_ci._expl) exemple[col_Num_Base] = numero;
   if (options_.epsilon) annuler_poussieres(ceux_ci, *options_.epsilon);

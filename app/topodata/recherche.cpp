@@ -11,6 +11,7 @@
 #include "app/topodata/cible.h"
 #include "app/topodata/une_base.h"
 #include "base/limites.h"
+#include "dataset/caracteristiques.h"
 #include "dataset/motifs.h"
 #include "mesh/numbering.h"
 #include "texte/affichable.h"
@@ -21,7 +22,7 @@ namespace topomine {
 namespace {
 
 using Ligne = BaseBuffer::Exemple;
-/// What a block has to say for itself; nothing when it does not meet the condition.
+/// Text to show for a block that meets the condition; nothing otherwise.
 using Condition = std::function<std::optional<std::string>(const Block& bloc, const Ligne& ligne)>;
 
 /// "erikson<=0.3" taken apart; without an operator, only a name.

@@ -9,6 +9,7 @@
 
 #include "app/topodata/une_base.h"
 #include "base/limites.h"
+#include "dataset/caracteristiques.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
 #include "vtk/coins.h"
@@ -57,8 +58,8 @@ class EchelleBlocs {
     const auto [min, max] = std::ranges::minmax(valeurs_);
     min_ = min;
     max_ = max;
-    constexpr double decades = 1e3;  // beyond, a linear scale shows the largest only
-    logarithmique_ = min > 0 && max / min > decades;
+    constexpr double rapport_max = 1e3;  // beyond, a linear scale shows the largest only
+    logarithmique_ = min > 0 && max / min > rapport_max;
   }
 
   LegendeCas legende(const std::string& titre) const {

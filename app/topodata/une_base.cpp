@@ -1,7 +1,6 @@
 #include "app/topodata/une_base.h"
 
 #include <CLI/CLI.hpp>
-#include <new>
 
 #include "app/topodata/attributs.h"
 
@@ -21,13 +20,6 @@ Base charger_une_base(UneBase& choix, Progres& progres) {
   Base base(choix.nom, choix.cible.chemin, choix.cible.mode);
   charger_base(base, progres);
   return base;
-}
-
-BaseBuffer table_de(Base& base) {
-  BaseBuffer table("topology");
-  table.add_base(base);
-  if (table._expl.size() != base.blocs.size()) throw std::bad_alloc();
-  return table;
 }
 
 std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut,

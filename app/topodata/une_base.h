@@ -19,8 +19,6 @@ void options_une_base(CLI::App& commande, UneBase& choix);
 /// The base, loaded; throws Erreur when it is unknown or does not load.
 Base charger_une_base(UneBase& choix, Progres& progres);
 
-/// The table of one base, a row per block in ascending number.
-BaseBuffer table_de(Base& base);
 /// Column of an attribute; throws Erreur for an unknown one, with the name that is nearest to it
 /// among the attributes and the other words that may stand in its place.
 std::size_t colonne_de(const BaseBuffer& table, const std::string& attribut,

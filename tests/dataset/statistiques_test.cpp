@@ -92,13 +92,13 @@ TEST(Stats, ResumeOverSeveralTables) {
     r.ajouter(colonnes({valeurs}), 0);
     mots.ajouter(colonnes({valeurs}), 0);
   }
-  EXPECT_TRUE(r.nombre() == 5 && r.distincts() == 4 && r.moyenne() == 3);
+  EXPECT_TRUE(r.nb_exemples() == 5 && r.distincts() == 4 && r.moyenne() == 3);
   EXPECT_EQ(r.ecart_type(), std::sqrt(67.0 / 5 - 9));
   const std::pair<double, double> quantiles[]{{0, 1}, {0.25, 2}, {0.5, 2}, {0.625, 2.5}, {1, 7}};
   for (const auto& [part, valeur] : quantiles) EXPECT_EQ(r.quantile(part), valeur) << part;
   EXPECT_EQ(mots.effectifs(),
             (std::map<std::string, std::size_t>{{"1", 1}, {"2", 2}, {"3", 1}, {"7", 1}}));
-  EXPECT_TRUE(mots.nombre() == 5 && mots.distincts() == 4 && !mots.numerique());
+  EXPECT_TRUE(mots.nb_exemples() == 5 && mots.distincts() == 4 && !mots.numerique());
   constant.ajouter(colonnes({BaseBuffer::Exemple(8, "0.7")}), 0);
   EXPECT_EQ(constant.ecart_type(), 0.0) << "a variance of -2e-16";
 }
