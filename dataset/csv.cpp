@@ -90,12 +90,6 @@ void ecrire_lignes_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fi
   }
 }
 
-std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin) {
-  ecrire_entete_csv(out, table, fin);
-  ecrire_lignes_csv(out, table, fin);
-  return out;
-}
-
 std::optional<std::vector<std::vector<std::string>>> lire_csv(std::string_view texte) {
   std::vector<std::vector<std::string>> lignes;
   while (!texte.empty()) {

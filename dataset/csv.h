@@ -29,9 +29,6 @@ void ecrire_entete_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fi
 /// A line per example with just these columns, in this order. An example too short for a column
 /// leaves its field empty.
 void ecrire_lignes_csv(std::ostream& out, const BaseBuffer& table, FinDeLigne fin = FinDeLigne::lf);
-/// Both.
-std::ostream& ecrire_csv(std::ostream& out, const BaseBuffer& table,
-                         FinDeLigne fin = FinDeLigne::lf);
 
 /// The fields of each line of a text; either end of line will do, a blank line has no fields.
 /// Nothing when a quoted field does not end, or goes on behind its quotes.

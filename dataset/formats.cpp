@@ -29,6 +29,10 @@ bool a_des_textes(const BaseBuffer& table) {
 
 }  // namespace
 
+std::string tel_quel(const std::string& mot) {
+  return mot;
+}
+
 void ecrire_weka(std::ostream& out, BaseBuffer& table, const Morceau& morceau) {
   constexpr std::string_view apres_la_derniere = "\n\n";
   if (morceau.premier) {

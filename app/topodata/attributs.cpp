@@ -36,9 +36,12 @@ void exiger_attribut(const std::string& nom, const std::vector<std::string>& con
   if (std::ranges::find(connus, nom) == connus.end()) attribut_inconnu(nom, connus);
 }
 
-std::string enumerer(const std::vector<std::string>& textes) {
+std::string enumerer(const std::vector<std::string>& textes, const std::string& avant_le_dernier) {
   std::string tous;
-  for (const std::string& t : textes) tous += (tous.empty() ? "" : ", ") + t;
+  for (const std::string& t : textes) {
+    if (!tous.empty()) tous += &t == &textes.back() ? avant_le_dernier : ", ";
+    tous += t;
+  }
   return tous;
 }
 

@@ -13,7 +13,8 @@ std::vector<std::string> noms_voulus(const std::vector<std::string>& listes,
 /// Throws Erreur unless the name is known.
 void exiger_attribut(const std::string& nom, const std::vector<std::string>& connus);
 
-/// Texts in one, with ", " between them.
-std::string enumerer(const std::vector<std::string>& textes);
+/// Texts in one, with ", " between them, but `avant_le_dernier` between the last two.
+std::string enumerer(const std::vector<std::string>& textes,
+                     const std::string& avant_le_dernier = ", ");
 
 }  // namespace topomine

@@ -21,7 +21,7 @@ namespace {
 constexpr std::string_view toutes = "toutes";
 constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
 
-/// Whatever the mode: none of a base's files is worth less than an output.
+/// Files of every mode: no output may overwrite any file of a base.
 void inscrire_entrees(const std::string& dossier, const std::vector<std::string>& noms) {
   inscrire_entree(dossier + "climite.cfg");
   for (const std::string& nom : noms) {
@@ -55,7 +55,13 @@ void controler_bases(const Cible& cible, const std::string& dossier, bool bases_
   if (const auto repetee = std::ranges::adjacent_find(noms); repetee != noms.end())
     throw Erreur("base donnee deux fois : '" + *repetee + "'");
   inscrire_entrees(dossier, noms);
-  inscrire_entrees(dossier, bases_presentes(dossier));  // nor those of bases that are not asked for
+  inscrire_entrees(dossier, bases_presentes(dossier));  // files of the folder's other bases too
+}
+
+/// The built-in bases: "mesh_case_1 a _8".
+std::string de_la_premiere_a_la_derniere() {
+  const std::string_view premiere = bases_integrees.front(), derniere = bases_integrees.back();
+  return std::string(premiere) + " a " + std::string(derniere.substr(derniere.rfind('_')));
 }
 
 }  // namespace
@@ -110,7 +116,8 @@ void options_cible(CLI::App& commande, Cible& cible, bool plusieurs) {
   if (plusieurs)
     commande.add_option("--bases", cible.bases,
                         "Noms de bases separes par des virgules, ou toutes : chaque dossier NOM "
-                        "qui tient NOM.def (sinon mesh_case_1 a _8)");
+                        "qui tient NOM.def (sinon " +
+                            de_la_premiere_a_la_derniere() + ")");
 }
 
 void option_avec(CLI::App& commande, Cible& cible) {

@@ -69,7 +69,7 @@ void ecrire_matrice(std::ostream& out, const Matrice& m) {
 /// The sums over the shown attributes of the cases. Without a scale to be measured first, each base
 /// is done with as soon as it is read.
 Sommes sommer_les_cas(Options& o, Progres& progres) {
-  o.table.format = &formats.back();  // any base name will do
+  o.table.format = &format_csv;  // any base name will do
   o.table.normalise = !o.brut && o.table.applique_echelle.empty();
   controler(o.cible);
   const std::vector<Provenance> liste = o.cible.liste();

@@ -40,10 +40,11 @@ void ajouter_partage(CLI::App& app, int&) {
       "--plis", [o](const std::string& texte) { lire_plis(texte, *o); },
       "Au lieu de --ratio : K paires, dont chaque exemple est une fois a l'essai ; bases : une "
       "paire par base, elle seule a l'essai");
-  option_fichier(*c, "-o,--sortie",
-                 "Prefixe des fichiers : PREFIXE_1 (apprentissage) et PREFIXE_2 (essai), suivis de "
-                 ".arff, .txt ou .csv ; avec --plis, PREFIXE_pli1_1, PREFIXE_pli1_2...",
-                 o->prefixe)
+  option_fichier(
+      *c, "-o,--sortie",
+      "Prefixe des fichiers : PREFIXE_1 (apprentissage) et PREFIXE_2 (essai), suivis de " +
+          extensions_des_formats() + " ; avec --plis, PREFIXE_pli1_1, PREFIXE_pli1_2...",
+      o->prefixe)
       ->required();
   option_entier(*c, "--graine", "Graine du melange et des choix (1 par defaut)", o->graine, 0,
                 graine_max);

@@ -115,18 +115,20 @@ void executer(Options& o) {
   Progres progres;
   controler(o.cible);
   const std::vector<Provenance> liste = o.cible.liste();
-  o.table.format = &formats.back();  // any base name will do
+  o.table.format = &format_csv;  // any base name will do
   const Atelier atelier(o.table, liste);
   const bool plusieurs = atelier.plusieurs_collections();
   Lignes bases{entete_bases(plusieurs)}, attributs{entete_attributs};
   const std::vector<Sommes::Attribut> noms = atelier.attributs_montres();
   std::deque<Resume> resumes;
+  std::size_t nb_exemples = 0;  // whatever is shown of them
   for (const auto& a : noms) resumes.emplace_back(a.type == "numeric");
   pour_chaque_base(liste, o.cible.mode, progres, [&](Base& base, const Provenance& p) {
     bases.push_back(resumer_base(base));
     if (plusieurs) bases.back().insert(bases.back().begin(), p.collection);
     BaseBuffer exemples;
     atelier.ajouter(exemples, base, p);
+    nb_exemples += exemples._expl.size();
     for (std::size_t a = 0; a < noms.size(); ++a)
       resumes[a].ajouter(exemples, static_cast<std::size_t>(exemples.num_attr(noms[a].nom)));
   });
@@ -140,7 +142,7 @@ void executer(Options& o) {
     ecrire_csv_commun(sortie.flux(), attributs, bases,
                       o.table.crlf ? FinDeLigne::crlf : FinDeLigne::lf);
   } else {
-    sortie.flux() << resumes[0].nb_exemples() << " exemples\n\n";
+    sortie.flux() << nb_exemples << " exemples\n\n";
     ecrire_aligne(sortie.flux(), attributs, {0, 1, entete_attributs.size() - 1});
     sortie.flux() << '\n';
     ecrire_aligne(sortie.flux(), bases,

@@ -80,13 +80,10 @@ void ajouter_table(CLI::App& app, int&) {
   c->add_flag("--melange", o->melange, "Melange les exemples");
   option_entier(*c, "--graine", "Graine du melange (1 par defaut)", o->graine, 0, graine_max);
   option_sortie(*c, o->fichier);
-  c->footer(
-      "Sans --classe, weka et torch terminent chaque exemple par Classe, meme cachee ; csv "
-      "n'ecrit\n"
-      "que ce qui est montre.\n"
-      "Exemples :\n"
-      "  topodata table cas/ nrm --format csv -o table.csv\n"
-      "  topodata table cas/ nrm --avec autres/ --bases toutes --classe TypeC -o blocs.arff");
+  c->footer(regle_de_la_classe() +
+            "\nExemples :\n"
+            "  topodata table cas/ nrm --format csv -o table.csv\n"
+            "  topodata table cas/ nrm --avec autres/ --bases toutes --classe TypeC -o blocs.arff");
   c->callback([o] { executer(*o); });
 }
 

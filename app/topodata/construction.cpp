@@ -22,12 +22,8 @@ namespace topomine {
 
 namespace {
 
-bool est_csv(const Format& format) {
-  return format.ecrire == ecrire_format_csv;
-}
-
-std::string tel_quel(const std::string& texte) {
-  return texte;
+std::string nom_de(Colonne colonne) {
+  return std::string(schema[colonne].nom);
 }
 
 std::vector<std::string> noms_des_attributs(const BaseBuffer& table) {
@@ -53,11 +49,34 @@ struct Ecarte {
   std::string_view nom, raison;
 };
 constexpr std::string_view texte_qui_nomme = "texte, nomme l'exemple ou sa base";
-constexpr std::array<Ecarte, 5> ecartes{{{"collection", texte_qui_nomme},
-                                         {"base", texte_qui_nomme},
-                                         {"ident", texte_qui_nomme},
-                                         {"Num_Base", "nomme la base"},
-                                         {"Classe", "dit si l'exemple est reel"}}};
+constexpr std::array<Ecarte, 5> ecartes{{{nom_collection, texte_qui_nomme},
+                                         {schema[col_base].nom, texte_qui_nomme},
+                                         {schema[col_ident].nom, texte_qui_nomme},
+                                         {schema[col_Num_Base].nom, "nomme la base"},
+                                         {schema[col_Classe].nom, "dit si l'exemple est reel"}}};
+
+/// What --classe may name.
+const std::vector<std::string> classes{nom_de(col_TypeC), nom_de(col_Classe), nom_de(col_type)};
+
+/// The words of the formats that have, or have not, a property.
+std::vector<std::string> mots_des_formats(bool Format::*propriete, bool voulu) {
+  std::vector<std::string> mots;
+  for (const Format& f : formats)
+    if (f.*propriete == voulu) mots.emplace_back(f.mot);
+  return mots;
+}
+
+/// "weka (ARFF, par defaut), torch (table de nombres) ou csv".
+std::string liste_des_formats() {
+  std::vector<std::string> liste;
+  for (const Format& f : formats) {
+    std::vector<std::string> notes;
+    if (!f.sens.empty()) notes.emplace_back(f.sens);
+    if (&f == OptionsTable().format) notes.emplace_back("par defaut");
+    liste.push_back(std::string(f.mot) + (notes.empty() ? "" : " (" + enumerer(notes) + ")"));
+  }
+  return enumerer(liste, " ou ");
+}
 
 }  // namespace
 
@@ -90,14 +109,12 @@ void option_applique_echelle(CLI::App& commande, OptionsTable& options) {
 void options_table(CLI::App& commande, OptionsTable& options) {
   std::map<std::string, const Format*> mots;
   for (const Format& f : formats) mots[std::string(f.mot)] = &f;
-  option_mot(commande, "--format", "weka (ARFF, par defaut), torch (table de nombres) ou csv", mots,
-             options.format);
+  option_mot(commande, "--format", liste_des_formats(), mots, options.format);
   commande.add_flag("--crlf", options.crlf, "Termine les lignes du csv par CR LF (RFC 4180)");
   options_attributs(commande, options);
-  commande.add_option(
-      "--classe", options.classe,
-      "Table pour un apprentissage : TypeC, Classe ou type vient en dernier, ce qui "
-      "nomme l'exemple ou sa base reste de cote");
+  commande.add_option("--classe", options.classe,
+                      "Table pour un apprentissage : " + enumerer(classes, " ou ") +
+                          " vient en dernier, ce qui nomme l'exemple ou sa base reste de cote");
   commande.add_flag("--sans-constantes", options.sans_constantes,
                     "Laisse de cote les attributs qui n'ont qu'une valeur");
   option_epsilon(commande, options);
@@ -108,6 +125,24 @@ void options_table(CLI::App& commande, OptionsTable& options) {
                  options.echelle);
   option_applique_echelle(commande, options);
   commande.add_option("--nom", options.nom, "Nom de la relation ARFF (topology par defaut)");
+}
+
+std::string extensions_des_formats() {
+  std::vector<std::string> extensions;
+  for (const Format& f : formats) extensions.emplace_back(f.extension);
+  return enumerer(extensions, " ou ");
+}
+
+std::string regle_de_la_classe() {
+  const auto phrase = [](const std::vector<std::string>& mots, const char* un, const char* des,
+                         const char* suite) {
+    return enumerer(mots, " et ") + (mots.size() > 1 ? des : un) + suite;
+  };
+  return "Sans --classe, " +
+         phrase(mots_des_formats(&Format::termine_par_la_classe, true), " termine", " terminent",
+                " chaque exemple par Classe, meme cachee ; ") +
+         phrase(mots_des_formats(&Format::termine_par_la_classe, false), " n'ecrit", " n'ecrivent",
+                " que ce qui est montre.");
 }
 
 void montrer_les_voulus(BaseBuffer& table, const OptionsTable& options) {
@@ -128,14 +163,13 @@ Atelier::Atelier(const OptionsTable& options, const std::vector<Provenance>& lis
       liste_(liste),
       plusieurs_(std::ranges::any_of(
           liste, [&](const Provenance& p) { return p.chemin != liste[0].chemin; })),
-      cadre_(est_csv(*options.format) ? options.nom : mot_arff(options.nom)) {
+      cadre_(options.format->ecrire_mot(options.nom)) {
   controler_options();
-  cadre_.change_type("Num_Base", type_num_base(liste));
+  cadre_.change_type(nom_de(col_Num_Base), type_num_base(liste));
   // The writers end every row with the class even when it is hidden. Named as the class column it
   // is declared all the same: header and rows agree.
   cadre_._num_classe = col_Classe;
-  if (plusieurs_ && options.format->ecrire != ecrire_torch)
-    ajouter_collection(cadre_, liste, tel_quel);
+  if (plusieurs_ && options.format->dit_la_collection) ajouter_collection(cadre_, liste, tel_quel);
   montrer_les_voulus(cadre_, options);
   if (options.classe) choisir_classe();
   controler_noms();
@@ -147,7 +181,9 @@ Atelier::Atelier(const OptionsTable& options, const std::vector<Provenance>& lis
 }
 
 void Atelier::controler_options() const {
-  if (options_.crlf && !est_csv(*options_.format)) throw Erreur("--crlf demande --format csv");
+  if (options_.crlf && !options_.format->choisit_fin_de_ligne)
+    throw Erreur("--crlf demande --format " +
+                 enumerer(mots_des_formats(&Format::choisit_fin_de_ligne, true), " ou "));
   if (!options_.echelle.empty() && !options_.normalise)
     throw Erreur("--echelle demande --normalise : sans lui il n'y a pas d'echelle a ecrire");
   if (options_.normalise && !options_.applique_echelle.empty())
@@ -156,8 +192,8 @@ void Atelier::controler_options() const {
 
 void Atelier::choisir_classe() {
   const std::string& classe = *options_.classe;
-  if (classe != "TypeC" && classe != "Classe" && classe != "type")
-    throw Erreur("--classe : '" + classe + "' (attendu : TypeC, Classe ou type)");
+  if (std::ranges::find(classes, classe) == classes.end())
+    throw Erreur("--classe : '" + classe + "' (attendu : " + enumerer(classes, " ou ") + ")");
   if (!options_.cache.empty() && !cadre_._aff.at(classe))
     throw Erreur("--cache cache " + classe + ", que --classe demande");
   std::string dit;
@@ -181,11 +217,11 @@ void Atelier::choisir_classe() {
 }
 
 void Atelier::controler_noms() const {
-  // Only csv can hold any base name.
-  if (!options_.format->toute_valeur && cadre_._aff.at("base"))
+  if (!options_.format->toute_valeur && cadre_._aff.at(nom_de(col_base)))
     for (const Provenance& p : liste_)
       if (p.base.find_first_of(a_proteger_arff) != std::string::npos)
-        throw Erreur("base '" + p.base + "' : ce nom ne s'ecrit que dans le format csv");
+        throw Erreur("base '" + p.base + "' : ce nom ne s'ecrit que dans le format " +
+                     enumerer(mots_des_formats(&Format::toute_valeur, true), " ou "));
 }
 
 std::vector<Sommes::Attribut> Atelier::attributs_montres() const {
@@ -223,7 +259,7 @@ void Atelier::mettre_a_l_echelle(BaseBuffer& exemples) {
 void Atelier::appliquer_echelle(BaseBuffer& exemples) const {
   if (echelle_.bornes.empty()) return;
   echelle_.appliquer(exemples);
-  // What was just above the minimum may be dust now.
+  // Scaling may bring values below epsilon.
   if (options_.epsilon) annuler_poussieres(exemples, *options_.epsilon);
 }
 
@@ -235,7 +271,7 @@ void Atelier::cacher_constantes(const BaseBuffer& exemples) {
     if (nom == options_.classe) continue;
     if (cadre_._aff.at(nom)) caches.push_back(nom);
     cadre_.hide_attr(nom);
-    // Nor does it end the rows any more: the last one that is left does.
+    // A hidden class column no longer ends the rows; the last shown column does.
     sans_classe = sans_classe || cadre_._num_classe == cadre_.num_attr(nom);
   }
   for (int col = 0; col < static_cast<int>(cadre_._attr.size()) && sans_classe; ++col)
@@ -251,11 +287,11 @@ BaseBuffer Atelier::habiller(BaseBuffer& exemples) const {
   habille._expl = std::move(exemples._expl);
   exemples._expl.clear();
   if (cadre_._attr.size() > habille._attr.size())
-    ajouter_collection(habille, liste_, est_csv(*options_.format) ? tel_quel : mot_arff);
+    ajouter_collection(habille, liste_, options_.format->ecrire_mot);
   habille._attr = cadre_._attr;
   habille._aff = cadre_._aff;
   habille._num_classe = cadre_._num_classe;
-  if (options_.classe && options_.format->ecrire == ecrire_weka) marquer_absents(habille);
+  if (options_.classe && options_.format->marque_absents) marquer_absents(habille);
   return habille;
 }
 

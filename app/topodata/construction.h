@@ -20,8 +20,8 @@ struct OptionsTable {
   const Format* format = formats.data();
   bool crlf = false, normalise = false, sans_constantes = false;
   std::vector<std::string> garde, cache;  ///< names or patterns, separated by commas
-  std::optional<std::string> classe;
-  std::optional<double> epsilon;
+  std::optional<std::string> classe;      ///< TypeC, Classe or type
+  std::optional<double> epsilon;          ///< 0 or more
   std::string echelle, applique_echelle;  ///< files; empty for none
   std::string nom = "topology";
 };
@@ -32,6 +32,11 @@ void option_epsilon(CLI::App& commande, OptionsTable& options);
 void option_applique_echelle(CLI::App& commande, OptionsTable& options);
 /// All of them.
 void options_table(CLI::App& commande, OptionsTable& options);
+
+/// ".arff, .txt ou .csv".
+std::string extensions_des_formats();
+/// Which formats end a row with the class even when it is hidden, for the help.
+std::string regle_de_la_classe();
 
 /// Shows the attributes of a table that --garde and --cache leave.
 void montrer_les_voulus(BaseBuffer& table, const OptionsTable& options);
@@ -48,7 +53,7 @@ class Atelier {
   /// The scale that is in use.
   const Echelle& echelle() const { return echelle_; }
 
-  /// Nothing has to be known of a later example to write an earlier one.
+  /// True when rows can be written base by base, without knowing later ones.
   bool au_fil() const;
   bool plusieurs_collections() const { return plusieurs_; }
 
@@ -56,7 +61,7 @@ class Atelier {
   void ajouter(BaseBuffer& exemples, Base& base, const Provenance& p) const;
   /// The examples of all bases.
   BaseBuffer construire(const std::string& mode, Progres& progres) const;
-  /// Maps a table onto the scale that --normalise measures on it, or the one of the file.
+  /// Scales a table: by its own bounds with --normalise, or by the file's.
   void mettre_a_l_echelle(BaseBuffer& exemples);
   /// The same for another table, without measuring.
   void appliquer_echelle(BaseBuffer& exemples) const;

@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "dataset/basebuffer.h"
-#include "dataset/csv.h"
+#include "dataset/formats.h"
 #include "tests/dataset/tables.h"
 
 namespace {
@@ -84,16 +84,17 @@ TEST(Writers, CsvQuotesWhatWouldEndAField) {
 
 // Longer than what is gathered before it goes to the stream: many rows, and one long value.
 TEST(Writers, LongTables) {
-  const std::string longue(70'000, 'x');
+  const std::string longue(100'000, 'x');
   BaseBuffer t = table({{"a", "string"}, {"b", "numeric"}}, Lignes(9'000, {"1234567", "-1"}));
   t._expl[4'500][0] = longue;
   std::string attendu;
-  for (int i = 0; i < 9'000; ++i) attendu += (i == 4'500 ? longue : "1234567") + " -1\n";
-  EXPECT_TRUE(torch(t) == "9000 2\n" + attendu + "\n");
+  for (int i = 0; i < 9'000; ++i) attendu += (i == 4'500 ? longue : "1234567") + ",-1\n";
+  EXPECT_TRUE(weka(t).ends_with("@data\n" + attendu + "\n\n"));
   std::ostringstream csv;
-  topomine::ecrire_csv(csv, t, topomine::FinDeLigne::crlf);
-  attendu = std::regex_replace(attendu, std::regex(" -1\n"), ",-1\r\n");
-  EXPECT_TRUE(csv.str() == "a,b\r\n" + attendu);
+  topomine::format_csv.ecrire(csv, t, {.fin = topomine::FinDeLigne::crlf});
+  EXPECT_TRUE(csv.str() == "a,b\r\n" + std::regex_replace(attendu, std::regex("\n"), "\r\n"));
+  attendu = std::regex_replace(attendu, std::regex(",-1\n"), " -1\n");
+  EXPECT_TRUE(torch(t) == "9000 2\n" + attendu + "\n");
 }
 
 TEST(Writers, AStreamThatThrowsIsTheCallersToCatch) {

@@ -5,7 +5,8 @@
 #include <iterator>
 #include <sstream>
 
-#include "dataset/csv.h"
+#include "app/topodata/sortie.h"
+#include "dataset/formats.h"
 #include "dataset/schema.h"
 #include "tests/topodata/programme.h"
 
@@ -24,6 +25,12 @@ std::string weka(BaseBuffer& table) {
 std::string torch(BaseBuffer& table) {
   std::ostringstream flux;
   table.Print_torch(flux);
+  return flux.str();
+}
+
+std::string en(const Format& format, BaseBuffer& table) {
+  std::ostringstream flux;
+  format.ecrire(flux, table, {.total = table._expl.size()});
   return flux.str();
 }
 
@@ -48,9 +55,7 @@ TEST(Csv, QuotesWhatNeedsItAndFollowsTheFlags) {
   for (const char* nom : {"a", "b,c", "cache", "d"}) t.add_attr(nom, "string");
   t.hide_attr("cache");
   t._expl = {{"1", "dit \"non\"", "x", "deux\nlignes"}, {"", "u,v", "x", " e "}, {"court"}};
-  std::ostringstream flux;
-  ecrire_csv(flux, t);
-  EXPECT_EQ(flux.str(),
+  EXPECT_EQ(en(format_csv, t),
             "a,\"b,c\",d\n"
             "1,\"dit \"\"non\"\"\",\"deux\nlignes\"\n"
             ",\"u,v\", e \n"
@@ -64,10 +69,8 @@ TEST(Table, IsTheLibrarysInEachForm) {
   EXPECT_EQ(sur_deux_bases(c, {"table"}).sortie, weka(t));
   EXPECT_EQ(sur_deux_bases(c, {"table", "--format", "torch"}).sortie, torch(t));
 
-  std::ostringstream csv;
-  ecrire_csv(csv, t);
   const Resultat r = sur_deux_bases(c, {"table", "--format", "csv"});
-  EXPECT_EQ(r.sortie, csv.str());
+  EXPECT_EQ(r.sortie, en(format_csv, t));
   EXPECT_EQ(r.erreur, "");
   EXPECT_EQ(r.statut, 0);
   EXPECT_EQ(std::ranges::count(ligne(r.sortie, 0), ','), nb_colonnes - 1);
@@ -75,6 +78,20 @@ TEST(Table, IsTheLibrarysInEachForm) {
   // The directory's separator and the list of bases may be left out.
   const Resultat huit = topodata({"table", (c.dossier / "cas").string(), "nrm", "--format", "csv"});
   EXPECT_EQ(std::ranges::count(huit.sortie, '\n'), 1 + 8 * 8);
+}
+
+// Longer than what is gathered before it goes to the file.
+TEST(Table, OneLongValueComesWholeInEachForm) {
+  const Dossier d;
+  BaseBuffer t = Collection().table({"mesh_case_1"});
+  t._expl[4][col_base] = std::string(100'000, 'x') + "y";
+  for (const Format& format : formats) {
+    Sortie sortie(d.chemin() + "t");
+    format.ecrire(sortie.flux(), t, {.total = t._expl.size()});
+    sortie.conclure();
+    EXPECT_TRUE(d.lire("t") == en(format, t)) << format.mot;
+    EXPECT_NE(d.lire("t").find(t._expl[4][col_base]), std::string::npos) << format.mot;
+  }
 }
 
 TEST(Table, NormalisesBeforeItShuffles) {
