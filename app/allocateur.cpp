@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <new>
 
-// What mimalloc, which is written in C, has in these places throws nothing: without memory it ends
-// the program by SIGABRT. Only where the memory comes from is to be its own.
+// mimalloc's C version of operator new aborts without memory instead of throwing; these call
+// malloc, which mimalloc replaces, and throw.
 
 void* operator new(std::size_t taille) {
   if (void* const p = std::malloc(taille == 0 ? 1 : taille)) return p;

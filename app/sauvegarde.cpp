@@ -78,7 +78,7 @@ bool sauvegarder(const BaseBuffer& table, const std::string& fichier) {
   const std::string texte = matrice.str();
   bool ecrit = matrice.good() && ecrire(f, texte);
   if (ecrit && sans_nom && !nommer(f, fichier)) {
-    // Somebody was faster, or there is no /proc.
+    // Another process created the file meanwhile, or there is no /proc.
     const int g = ouvrir(fichier, O_CREAT);
     ecrit = g >= 0 && ecrire(g, texte);
     if (g >= 0) ecrit = close(g) == 0 && ecrit;

@@ -71,8 +71,8 @@ class BaseBuffer {
   /// Appends the other table's examples when its attributes are exactly the same.
   int add_buffer(const BaseBuffer& autre);
   /// Appends an example per block, by ascending number; the table must have the attributes of
-  /// dataset/schema.h. Without the memory for all of them it says so on standard error and appends
-  /// none.
+  /// dataset/schema.h. Without memory for all of them, or when texts of BCCODE that are no plain
+  /// numbers are seen too often, it says so on standard error and appends none.
   void add_base(Base& base);
 
   // --- Column statistics, by column or attribute name: hidden columns count like the others.
@@ -107,8 +107,8 @@ class BaseBuffer {
   /// digits, "NaN" for -1. Progress goes to standard error.
   std::ostream& mat_cov(std::ostream& out) const;
 
-  // --- Chance: all draws are drand48's, in a fixed order
-  // (MyRandom). Synthetic examples have the class "-1" and the builder's name as base; each of
+  // --- Random operations: all draws are drand48's (MyRandom), in a fixed order.
+  // Synthetic examples have the class "-1" and the builder's name as base; each of
   // their other columns, or group of columns that belong together, comes from a real example. The
   // tables that a call fills are emptied first, keep their shown flags and may be the table itself.
   // 1, or 0 when memory ran out, with every table as it was.

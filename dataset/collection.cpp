@@ -30,7 +30,7 @@ std::string_view prendre_nombre(std::string_view& texte) {
   return nombre;
 }
 
-/// The numbers of schema.h do for this list.
+/// All bases are of one collection and built in: schema.h's numbers can be used.
 bool numeros_integres(const std::vector<Provenance>& bases) {
   return std::ranges::all_of(bases, [&](const Provenance& p) {
     return p.chemin == bases[0].chemin &&
@@ -75,7 +75,7 @@ std::vector<std::string> noms_des_collections(const std::vector<std::string>& ch
     while (chemin.size() > 1 && chemin.ends_with('/')) chemin.pop_back();
     fs::path nom = fs::path(chemin).filename();
     std::error_code erreur;
-    // These are no names.
+    // "." and ".." name no folder: its real name is taken.
     if (nom == "." || nom == ".." || nom.empty()) nom = fs::canonical(chemin, erreur).filename();
     noms.push_back(nom.string());
     entiers.push_back(chemin);

@@ -36,9 +36,8 @@ void numeroter(std::vector<Provenance>& bases);
 /// The nominal type that holds the numbers of a list: schema.h's, or as long as the list.
 std::string type_num_base(const std::vector<Provenance>& bases);
 
-/// Puts an attribute `collection` before the others. Each example gets the name of the collection
-/// that its "Num_Base" belongs to, one that is of no base of the list (a synthetic one) its base's;
-/// `ecrire` makes the value out of the name.
+/// Inserts an attribute `collection` first. A row gets the collection of its base; a row of no
+/// listed base (synthetic) gets its base name. `ecrire` formats the value.
 void ajouter_collection(BaseBuffer& table, const std::vector<Provenance>& bases,
                         std::string (*ecrire)(const std::string&));
 

@@ -53,14 +53,15 @@ ComptesCodes::Code ComptesCodes::classer(int code) {
     c.a_valeur = true;
     return c;
   }
-  // Signs are taken one by one by the reads that they spoil: only a first one is looked into.
+  // Texts with a further sign split over several reads: not predicted, read in full.
   const std::size_t debut = texte.find_first_not_of(" \t\n\v\f\r");
   if (debut != std::string_view::npos &&
       texte.find_first_of("+-", debut + 1) != std::string_view::npos) {
     c.effet = Code::melange;
     return c;
   }
-  // After two different numbers, then before two others, the text shows what it does.
+  // Probe: read the text after two different numbers and before two others; the four results show
+  // its effect.
   const auto apres_1 = essayer<3>("1", {texte, "7", "8"});
   const auto apres_2 = essayer<3>("2", {texte, "7", "8"});
   c.a_valeur = apres_1[0] == apres_2[0];

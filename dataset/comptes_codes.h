@@ -34,7 +34,8 @@ class ComptesCodes {
     /// leaves unread stops every read after it. melange: what it leaves unread becomes part of the
     /// next number.
     enum Effet { nombre, repetition, fin, melange } effet = repetition;
-    int valeur = 0;  ///< for nombre and fin; without one (a_valeur) fin repeats
+    int valeur =
+        0;  ///< of nombre and fin, when a_valeur; without it fin repeats the previous number
     bool a_valeur = false;
   };
   /// What a list of codes does to the counts, whatever was read before it.

@@ -22,9 +22,10 @@ std::size_t largeur_aide();
 /// the description where an option's line has one.
 std::string replier(const std::string& texte, std::size_t largeur);
 
-/// Before the commands are there: the layout of the help, which they take over.
+/// The layout of the help. Call before the commands are added: they take it over.
 void mettre_en_page(CLI::App& app);
-/// Once they are there: --version for each of them, and what their options' values are called.
+/// --version for each command, and what its options' values are called. Call after the commands are
+/// added.
 void completer_commandes(CLI::App& app);
 
 /// The command line with `help COMMANDE` written as `COMMANDE --help`.

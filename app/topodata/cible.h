@@ -18,8 +18,8 @@ namespace topomine {
 
 /// The cases that a command reads.
 struct Cible {
-  std::string chemin;  ///< data directory, ending in its separator once checked
-  std::string mode;
+  std::string chemin;                ///< data directory, ending in its separator once checked
+  std::string mode;                  ///< "ext", "nrm" or "min" once checked
   std::vector<std::string> avec;     ///< directories of further collections
   std::optional<std::string> bases;  ///< names separated by commas, or "toutes"; without, the
                                      ///< built-in ones

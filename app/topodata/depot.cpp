@@ -22,8 +22,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Signals now wait, all but those that stop the program or pass by themselves; what waited before
-/// is left as it was.
+/// Blocks all signals but those that stop, continue or are ignored by default; `avant` keeps the
+/// old mask.
 void retenir_signaux(sigset_t& avant) {
   sigset_t ensemble;
   sigfillset(&ensemble);

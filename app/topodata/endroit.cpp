@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// One command a process: what it reads, and what it writes.
+// A process runs one command: the files it reads and writes.
 std::vector<Identite> entrees, sorties;
 
 /// Whether a folder is the one where the system lists the process's own streams.

@@ -64,7 +64,7 @@ pid_t lancer(int entree, int sortie, int erreurs) {
   posix_spawn_file_actions_adddup2(&places, entree, STDIN_FILENO);
   posix_spawn_file_actions_adddup2(&places, sortie, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&places, erreurs, STDERR_FILENO);
-  sigset_t usuels;  // as if nobody had ignored them
+  sigset_t usuels;  // default action again, whatever this process set
   sigemptyset(&usuels);
   sigaddset(&usuels, SIGPIPE);
   sigaddset(&usuels, SIGXFSZ);
@@ -151,8 +151,7 @@ std::string dessiner(const std::string& script) {
   int etat = 0;
   while (waitpid(enfant, &etat, 0) < 0 && errno == EINTR) {
   }
-  // What it says counts only then: warnings of cells without a number, or of missing fonts, do not
-  // keep it from drawing.
+  // Its messages matter only if it failed: warnings also come with a good picture.
   if (!WIFEXITED(etat) || WEXITSTATUS(etat) != 0) throw Erreur("gnuplot a echoue" + plainte(dit));
   if (!entiere(image)) throw Erreur("gnuplot a echoue, son image est incomplete" + plainte(dit));
   return image;

@@ -6,9 +6,9 @@ namespace topomine {
 
 struct OptionsImportation {
   std::string maillage, chemin, base;
-  std::string mode = "nrm";
-  std::string base_cgns;
-  double tolerance = 1e-6;
+  std::string mode = "nrm";   ///< "nrm", "ext", "min" or "toutes"
+  std::string base_cgns;      ///< empty for the only one
+  double tolerance = 1e-6;    ///< 0 to 1, a part of the smaller zone's diagonal
   std::string codes, pieces;  ///< files; empty for none
   bool force = false;
 };

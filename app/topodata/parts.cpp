@@ -232,7 +232,7 @@ void partager(OptionsPartage& o) {
     du_pli.ecrire_echelle(sortie.flux());
     sortie.fermer();
   }
-  // No old file goes before all new ones are whole.
+  // Old files are replaced only when all new ones are complete.
   for (Sortie& sortie : sorties) sortie.conclure();
   progres.effacer();
   if (groupes) dire_les_parts(o, *groupes, r);

@@ -83,7 +83,7 @@ class Peinture {
   std::vector<Touche> touches;
 
  private:
-  /// In how many parts each of nb things is cut: long ones reach far and near at a time.
+  /// Number of parts to cut each object into, so that long ones can be sorted by distance.
   static std::size_t parts(std::size_t nb, std::size_t total, std::size_t max) {
     return std::clamp(total / std::max<std::size_t>(nb, 1), std::size_t{1}, max);
   }

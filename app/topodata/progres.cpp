@@ -8,11 +8,11 @@ namespace topomine {
 
 namespace {
 
-/// Straight to the descriptor: std::cerr may be diverted while a base is loaded.
+/// Straight to the descriptor: one write per step, nothing left in a stream's buffer.
 void ecrire_ligne(const std::string& texte) {
   const std::string ligne = "\r\033[K" + texte;
   if (write(STDERR_FILENO, ligne.data(), ligne.size()) < 0) {
-    // Nobody to tell.
+    // A failed write cannot be reported.
   }
 }
 

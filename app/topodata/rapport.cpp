@@ -62,7 +62,7 @@ void RapportTexte::ecrire(const std::vector<Constat>& constats) {
   for (const Constat& c : constats) {
     Groupe& g = groupes[{c.fichier, c.code}];
     const std::size_t rang = g.ecrits++;
-    // A line on the others is for two at least: one is said as well by itself.
+    // A single remaining finding is written itself instead of "1 other".
     if (choix_.tout || rang < un_par_un || g.constats.size() == un_par_un + 1)
       ecrire_constat(out_, c);
     else if (rang == un_par_un)
@@ -84,7 +84,7 @@ nlohmann::ordered_json en_json(const Constat& c) {
           {"text", en_utf8(c.quoi)},    {"remedy", f.remede}};
 }
 
-/// Nothing in it moves a cursor: its characters are escapes as soon as one of them would.
+/// If any character is a control character, all non-ASCII ones are escaped.
 std::string en_texte(const nlohmann::ordered_json& objet) {
   const std::string texte = objet.dump();
   return affichable(texte) == texte ? texte : objet.dump(-1, ' ', true);

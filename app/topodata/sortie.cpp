@@ -21,7 +21,7 @@ Sortie::Sortie(const std::string& nom)
       flux_(&tampon_) {}
 
 Sortie::~Sortie() {
-  if (!provisoire_) tampon_.pubsync();  // what is no file cannot be taken back
+  if (!provisoire_) tampon_.pubsync();  // output to a stream or device cannot be undone: flush it
 }
 
 int Sortie::ouvrir() {
@@ -70,7 +70,8 @@ void Sortie::fermer() {
   flux_.flush();
   if (tampon_.erreur() != 0) echouer(tampon_.erreur());
   if (!flux_.good()) echouer(EIO);
-  // Some file systems tell of a full disk only when a file is closed; this one is needed open.
+  // Some file systems report a full disk only on close; a duplicate is closed, as this one is still
+  // needed.
   const int copie = dup(provisoire_ ? provisoire_->descripteur() : ouvert_.numero());
   if (copie >= 0 && close(copie) != 0) echouer(errno);
 }

@@ -12,7 +12,7 @@ namespace topomine {
 /// The option parser's own words (headings of the help, types of values) in French.
 void franciser(CLI::App& app);
 
-/// A flag is there or not: --csv=3 is a fault.
+/// Refuses a value after a flag (--csv=3).
 void sans_valeur_aux_drapeaux(CLI::App& commande);
 
 /// What it says about a command line that it has not understood, in French.
