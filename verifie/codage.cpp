@@ -14,19 +14,19 @@ bool ordinaire(std::string_view texte) {
   unsigned autre = 0;  // no early way out: a loop that the compiler makes wide
   for (const char c : texte) {
     const auto u = static_cast<unsigned char>(c);
-    autre |= static_cast<unsigned>(u >= 0x7F) |
+    autre |= static_cast<unsigned>(u >= 0x80) |
              (static_cast<unsigned>(u < 0x20) & static_cast<unsigned>(u != '\t') &
               static_cast<unsigned>(u != '\n') & static_cast<unsigned>(u != '\r'));
   }
   return autre == 0;
 }
 
-/// Length of the UTF-8 character at the start of `texte`, 0 when there is none.
+/// Length of the UTF-8 character at the start of `texte`, which is none of ASCII; 0 when there is
+/// none.
 std::size_t caractere_utf8(std::string_view texte) {
   const auto octet = [&](std::size_t i) { return static_cast<unsigned char>(texte[i]); };
   const unsigned premier = octet(0);
-  const std::size_t n = premier < 0x80   ? 1
-                        : premier < 0xC2 ? 0
+  const std::size_t n = premier < 0xC2   ? 0
                         : premier < 0xE0 ? 2
                         : premier < 0xF0 ? 3
                         : premier < 0xF5 ? 4
@@ -34,7 +34,7 @@ std::size_t caractere_utf8(std::string_view texte) {
   if (n == 0 || texte.size() < n) return 0;
   for (std::size_t i = 1; i < n; ++i)
     if (octet(i) < 0x80 || octet(i) > 0xBF) return 0;
-  const unsigned second = n > 1 ? octet(1) : 0;
+  const unsigned second = octet(1);
   const bool interdit = (premier == 0xE0 && second < 0xA0) || (premier == 0xED && second > 0x9F) ||
                         (premier == 0xF0 && second < 0x90) || (premier == 0xF4 && second > 0x8F);
   return interdit ? 0 : n;

@@ -33,9 +33,8 @@ void JournalConstats::perdre(std::string_view element, Noeud parent) {
     ++r_.perdus[f_];
     return;
   }
-  constexpr std::array<std::string_view, 11> liens{"Faces",     "Face",    "Edge",      "Numero",
-                                                   "NbSubFace", "SubFace", "NbSubEdge", "SubEdge",
-                                                   "Vertices",  "rmin",    "rmax"};
+  constexpr std::array<std::string_view, 7> liens{"Faces", "Face",      "NbSubFace", "SubFace",
+                                                  "Edge",  "NbSubEdge", "SubEdge"};
   const bool code = parent && parent.valeur() == std::string_view("Boundary_Conditions");
   perdre(code                                               ? partie_codes
          : std::ranges::find(liens, element) != liens.end() ? partie_liens
@@ -46,7 +45,6 @@ void JournalConstats::sorte(const char* sorte) {
   sorte_ = sorte;
   rang_ = 0;
   numero_.clear();
-  ident_ = 0;
 }
 
 bool JournalConstats::entite(Noeud entite) {
@@ -83,7 +81,6 @@ void JournalConstats::nom_de_piece(std::string_view nom) {
 void JournalConstats::absent(Noeud parent, const char* nom) {
   signaler(Code::element_absent, parent, std::string("pas d'element ") + nom);
   perdre(nom, parent);
-  if (f_ == fic_def) ++r_.perdus[f_];
 }
 
 std::optional<std::string_view> JournalConstats::texte(Noeud element) {

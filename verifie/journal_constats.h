@@ -56,7 +56,7 @@ class JournalConstats final : public JournalStrict {
  private:
   void signaler(Code code, Noeud ou, const std::string& quoi);
   /// That part of the entity under way could not be read, or the entity itself when it is its
-  /// Ident.
+  /// Ident. The ends of an edge are unknown whenever they are not there.
   void perdre(unsigned partie);
   void perdre(std::string_view element, Noeud parent);
   Noeud enfant(Noeud parent, const char* nom);

@@ -106,11 +106,10 @@ const char* dire(Lecture lecture) {
     case Lecture::special:
       return "tube ou peripherique au lieu d'un fichier";
     case Lecture::interrompue:
-      return "la lecture s'est arretee en chemin";
     case Lecture::faite:
       break;
   }
-  return "lu";
+  return "la lecture s'est arretee en chemin";
 }
 
 Code code_de(Lecture lecture) {

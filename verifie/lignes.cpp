@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -26,7 +27,7 @@ Noeud suivre(Noeud n, std::string_view chemin) {
     const std::size_t fin = std::min(chemin.find('/'), chemin.size());
     const std::string mot(chemin.substr(0, fin));
     Noeud suite;
-    if (mot[0] >= '0' && mot[0] <= '9') {
+    if (std::isdigit(static_cast<unsigned char>(mot[0])) != 0) {
       suite = ici;
       while (suite && texte_de(suite.premier("Numero")) != mot) suite = suite.suivant();
     } else {

@@ -289,8 +289,8 @@ TEST(Degats, ModesAreComparedEntityByEntity) {
 TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
   const Reelle c;
   const std::string fichier = Reelle::fichier("mesh_case_6", "min.blck"), avant = c.lire(fichier);
-  /// Every volume with so many digits; times `facteur` in the first `nb` blocks, and twice that in
-  /// the first of them.
+  /// Every volume with so many digits; with ten and times `facteur` in the first `nb` blocks, and
+  /// twice that in the first of them.
   const auto dire = [&](int chiffres, std::size_t nb, double facteur, const char* mot,
                         std::size_t doubles) {
     std::string texte;
@@ -303,7 +303,7 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
         const bool ici = *mot == '*' || ligne.substr(0, i + 6).ends_with(balise);
         const std::size_t fin = ligne.find('<', i += 6);
         std::ostringstream v;
-        v << std::setprecision(chiffres)
+        v << std::setprecision(ici && bloc < nb && facteur != 1 ? 10 : chiffres)
           << std::stod(ligne.substr(i, fin - i)) * (ici && bloc < nb ? facteur : 1) *
                  (ici && bloc < doubles ? 2 : 1);
         ligne.replace(i, fin - i, v.str());
@@ -328,8 +328,12 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
       {6, 1, 1, "Exact", "0"},
       {5, 1, 1, "Exact", "2 V057 blck:14"},
       {10, 1, 1 + 1e-7, "Mor", "1 V057 blck:4"},
-      {8, 1, 1 + 1e-6, "Mor", "1 V057 blck:4"},
-      {7, 1, 1 + 1e-5, "Mor", "1 V057 blck:4"},
+      {8, 1, 1 + 2.06e-8, "Mor", "0"},
+      {8, 1, 1 + 2.07e-8, "Mor", "1 V057 blck:4"},
+      {7, 1, 1 + 2.047e-6, "Mor", "0"},
+      {7, 1, 1 + 2.048e-6, "Mor", "1 V057 blck:4"},
+      {5, 1, 1 + 2.047e-5, "Mor", "2 V057 blck:14"},
+      {5, 1, 1 + 2.048e-5, "Mor", "3 V057 blck:4"},
       {10, 11, 1.5, "Mor", "11 V057 blck:4"},
       {10, 12, 1.5, "Mor", "0"},
       {10, 1, 1.5, "*", "1 V049 vrtx:3"},
@@ -342,6 +346,7 @@ TEST(Degats, VolumesAreJudgedByWhatMostOfThemAre) {
       {10, 12, 0.2, "Exact", "13 V051 blck:4"},
       {10, 12, 2.5, "Exact", "11 V057 blck:24", 2},
       {10, 12, 2.5, "Exact", "4 V051 blck:4", 3},
+      {10, 12, 2.01, "Exact", "1 V058 vrtx:1", 3},
       {10, 11, 2.5, "Exact", "11 V052 blck:4", 5},
   };
   for (const auto& r : rangees)
