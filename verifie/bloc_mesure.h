@@ -26,8 +26,8 @@ using Valeurs = std::array<double, nb_valeurs>;
 /// What is known of a block: NaN stands for what is not.
 struct BlocMesure {
   Valeurs lues{}, calculees{};
-  double tolerance_fine = 0;  // how well values of ten digits can be had from the corners, relative
-  double tolerance = 0;       // the same with the digits that the file has
+  double tolerance_fine{};  // how well values of ten digits can be had from the corners, relative
+  double tolerance{};       // the same with the digits that the file has
   Maille::Coins coins{};
   bool coins_surs = false;
   bool dit = false;      // something has been said of its volumes

@@ -143,7 +143,6 @@ std::optional<int> JournalConstats::entier(Noeud parent, const char* nom) {
 std::optional<Case> JournalConstats::lire_case(Cases& cases, Noeud place) {
   if (!place.est_element()) {
     signaler(Code::intrus, place, "un commentaire ou un texte tient la place d'une case");
-    perdre(partie_liens);
     return {};
   }
   const auto numero = entier(place, "Numero");
@@ -233,7 +232,6 @@ void JournalConstats::ecart(Ecart ecart, Noeud ou, std::string_view texte) {
   const std::string cite = entre_apostrophes(texte);
   switch (ecart) {
     case Ecart::reference_nulle:
-      perdre(partie_liens);
       return signaler(Code::contenu_negatif, ou, nom_de(ou) + " nul ou negatif");
     case Ecart::edges_interrompues:
       if (!ou.suivant("Edge")) return;

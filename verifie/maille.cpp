@@ -41,7 +41,7 @@ namespace {
 struct Quatre {
   std::array<int, 8> rangs{};
   int nb = 0;
-  bool sur = true;  // every edge is known
+  bool sur = false;  // every edge is known, and they make a face
 
   bool a_deja(int v) const { return contient({rangs.data(), static_cast<std::size_t>(nb)}, v); }
   void ajouter(int v) {
@@ -53,10 +53,7 @@ Quatre quatre(const Maille& m, int face) {
   Quatre q;
   for (const int e : au(m.faces, face)) {
     if (e == vide) continue;
-    if (e == inconnu || au(m.edges, e)[0] < 0 || au(m.edges, e)[1] < 0) {
-      q.sur = false;
-      return q;
-    }
+    if (e == inconnu || au(m.edges, e)[0] < 0 || au(m.edges, e)[1] < 0) return q;
     for (const int v : au(m.edges, e)) q.ajouter(v);
   }
   q.sur = q.nb >= 3 && q.nb <= 4;

@@ -79,7 +79,7 @@ void elaguer(std::vector<Constat>& constats) {
 
 void scene_d_une_autre(CasLu& r, Voisinage& v) {
   const std::string nom = r.base.avion._name();
-  if (!r.lus[fic_def] || nom.empty()) return;
+  if (nom.empty()) return;
   const auto [place, premiere] = v.noms.try_emplace(nom, r.base.nom);
   const bool autre =
       nom != r.base.nom && (std::ranges::find(v.bases, nom) != v.bases.end() ||

@@ -60,7 +60,6 @@ void regle_projections(Examen& x) {
     if (!fini(au(positions, rang))) {
       x.signaler(Code::nombre_trop_grand, fic_vrtx, rang, "position au-dela de 1e150", "Coord");
       x.douter(fic_vrtx, rang);
-      continue;
     }
     if (vertex.nb_proj() == 0 || x.est_douteux(fic_vrtx, rang)) continue;
     ++projetes;

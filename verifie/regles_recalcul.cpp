@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,6 @@ class Recalcul {
       std::size_t juges = 0, courbes = 0;
       for (int b = 0; b < nb(); ++b) {
         BlocMesure& k = bloc(b);
-        k.differe = false;
         if (!k.coins_surs) continue;
         k.tolerance *= facteur;
         if (k.gauche()) {
@@ -45,7 +45,6 @@ class Recalcul {
         if (sommet_deplace(deplaces, juges, " ne se recalculent pas, ceux des autres si")) return;
         if (sommet_loin(deplaces, juges)) return recalculer();
       }
-      for (const int b : gauches) bloc(b).differe = false;
       if (juges == 1 && courbes == 1) break;
       if (autres.empty() || juges < 2) return;
       if (autres.size() * 2 > juges && autres.size() > 1) continue;
@@ -74,25 +73,20 @@ class Recalcul {
     if (autres.size() >= juges) return false;
     for (const int b : autres)
       if (!bloc(b).ecarte(i_exact) && !bloc(b).ecarte(i_mor)) return false;
-    std::vector<int> candidats;
+    std::set<int> candidats;
     for (const int v : bloc(autres[0]).coins)
-      if (std::ranges::all_of(autres, [&](int b) { return contient(bloc(b).coins, v); }))
-        candidats.push_back(v);
-    std::ranges::sort(candidats);
-    candidats.erase(std::unique(candidats.begin(), candidats.end()), candidats.end());
-    std::erase_if(candidats, [&](int v) {
-      return std::ranges::any_of(blocs_, [&](const BlocMesure& k) {
-        return k.coins_surs && !k.differe && contient(k.coins, v);
-      });
-    });
+      if (std::ranges::all_of(autres, [&](int b) { return contient(bloc(b).coins, v); }) &&
+          std::ranges::none_of(blocs_, [&](const BlocMesure& k) {
+            return k.coins_surs && !k.differe && contient(k.coins, v);
+          }))
+        candidats.insert(v);
     if (candidats.empty() || (autres.size() == 1 && !bloc(autres[0]).courbe())) return false;
+    const int sommet = *candidats.begin();
     std::string dit = "les volumes de ses " + std::to_string(autres.size()) + " bloc(s)" + en_quoi;
-    const int sommet = candidats[0];
-    if (candidats.size() > 1) {
-      candidats.erase(candidats.begin());
-      for (int& v : candidats) v = x_.numero(fic_vrtx, v);
-      dit += " (ou vertex " + enumerer(candidats) + ")";
-    }
+    std::vector<int> autres_sommets;
+    for (const int v : candidats)
+      if (v != sommet) autres_sommets.push_back(x_.numero(fic_vrtx, v));
+    if (!autres_sommets.empty()) dit += " (ou vertex " + enumerer(autres_sommets) + ")";
     x_.signaler(Code::sommet_deplace, fic_vrtx, sommet, dit);
     for (BlocMesure& k : blocs_)
       if (contient(k.coins, sommet)) k = BlocMesure{.lues = k.lues, .dit = true};
