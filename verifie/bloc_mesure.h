@@ -23,15 +23,16 @@ constexpr std::array<const char*, nb_valeurs> noms_valeurs{"Exact", "Mor", "Moye
 constexpr std::size_t i_exact = 0, i_mor = 1, i_erikson = 4;
 using Valeurs = std::array<double, nb_valeurs>;
 
-/// What is known of a block: NaN stands for what is not.
+/// What is known of a block.
 struct BlocMesure {
-  Valeurs lues{}, calculees{};
+  Valeurs lues{};           // NaN for what could not be read
+  Valeurs calculees{};      // from the corners, where they are known
   double tolerance_fine{};  // how well values of ten digits can be had from the corners, relative
   double tolerance{};       // the same with the digits that the file has
   Maille::Coins coins{};
-  bool coins_surs = false;
-  bool dit = false;      // something has been said of its volumes
-  bool differe = false;  // of what its corners give
+  bool coins_surs = false;  // the corners are known, and what they give is finite
+  bool dit = false;         // something has been said of its volumes
+  bool differe = false;     // of what its corners give
 
   double rapport() const { return lues[i_exact] / calculees[i_exact]; }
   bool gauche() const {

@@ -110,7 +110,7 @@ class Assemblage {
     }
     int trouvee = inconnu;
     for (const auto& [g, vus] : touches) {
-      if (vus != toutes || toutes == 0) continue;
+      if (vus != toutes) continue;
       if (trouvee != inconnu) return inconnu;
       trouvee = g;
     }

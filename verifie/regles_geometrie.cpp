@@ -59,7 +59,6 @@ class Volumes {
   void mesurer_bloc(int b) {
     BlocMesure& k = bloc(b);
     k.lues = donnees(*au(x_.blocs, b));
-    k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
     if (x_.liens_perdus || !x_.lus({fic_blck, fic_face, fic_edge, fic_vrtx}) ||
         x_.est_douteux(fic_blck, b) || !x_.maille.coins(b, k.coins))
       return;
@@ -75,7 +74,6 @@ class Volumes {
     const MesuresHexaedre mesures = mesurer(h);
     k.calculees = {mesures.exact, mesures.mor, mesures.moyen, mesures.nsmb, mesures.erikson};
     k.coins_surs = std::ranges::all_of(k.calculees, [](double v) { return std::isfinite(v); });
-    if (!k.coins_surs) k.calculees.fill(std::numeric_limits<double>::quiet_NaN());
     k.tolerance_fine = precision + precision_places * taille / plus_court;
   }
 

@@ -122,8 +122,7 @@ void regle_references(Examen& x) {
 namespace {
 
 template <std::size_t N>
-void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* quoi,
-                    const std::vector<char>& excuses) {
+void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* quoi) {
   const auto vers = static_cast<Fichier>(de + 1);
   if (!x.lus({de, vers}) || x.cas.perdus[de] > 0) return;
   std::vector<char> cites(static_cast<std::size_t>(x.rangs(vers).nb()), 0);
@@ -137,7 +136,7 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
     for (const auto& [bloc, face] : x.maille.partages) au(cites, face) = 1;
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
-    if (!au(cites, v) && (excuses.empty() || !au(excuses, v)) && !x.est_douteux(vers, v) &&
+    if (!au(cites, v) && !x.est_douteux(vers, v) &&
         !x.cas.disputes[vers].contains(x.numero(vers, v)))
       orphelins.push_back(v);
   // A slot that could not be read may be the one that names it.
@@ -216,7 +215,6 @@ void dire_hors_suite(Examen& x) {
 
 void regle_comptes(Examen& x) {
   if (x.liens_perdus) return;
-  std::vector<char> excuses(x.faces.size(), 0);
   bool manque = false;  // a block is not there, and its number neither
   if (x.lus({fic_blck, fic_face, fic_edge}) && x.cas.perdus[fic_blck] == 0) {
     std::vector<char> ouverte(x.faces.size(), 0), vues(x.faces.size(), 0);
@@ -228,7 +226,6 @@ void regle_comptes(Examen& x) {
       if (faces.empty()) continue;
       std::ranges::sort(faces);
       for (int& g : faces) {
-        au(excuses, g) = 1;
         x.douter(fic_face, g);
         g = x.numero(fic_face, g);
       }
@@ -239,9 +236,9 @@ void regle_comptes(Examen& x) {
     }
   }
   if (!manque) dire_hors_suite(x);
-  dire_orphelins(x, fic_blck, x.maille.blocs, "sur aucun bloc", excuses);
-  dire_orphelins(x, fic_face, x.maille.faces, "sur aucune face", {});
-  dire_orphelins(x, fic_edge, x.maille.edges, "sur aucune edge", {});
+  dire_orphelins(x, fic_blck, x.maille.blocs, "sur aucun bloc");
+  dire_orphelins(x, fic_face, x.maille.faces, "sur aucune face");
+  dire_orphelins(x, fic_edge, x.maille.edges, "sur aucune edge");
 }
 
 }  // namespace topomine

@@ -89,9 +89,9 @@ std::vector<Suspect> suspects(const Maille& m, const Tour& t) {
   return liste;
 }
 
-/// An empty slot between edges that do not meet there.
+/// An empty slot between edges that do not meet there; all of them are known.
 std::optional<Suspect> vide_sans_raison(const Maille& m, const Tour& t) {
-  if (t.nb != nb_edges_face - 1 || t.nb_inconnus() > 0) return {};
+  if (t.nb != nb_edges_face - 1) return {};
   const auto place = static_cast<std::size_t>(std::ranges::find(t.vides, true) - t.vides.begin());
   const auto bouts = chaine(m, t.edges, place % t.nb, t.nb, t.nb);
   if (!bouts) return {};
