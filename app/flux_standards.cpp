@@ -19,14 +19,15 @@ void assurer_flux_standards() {
   for (int flux = 0; flux <= 2; ++flux) {
     if (fcntl(flux, F_GETFD) != -1) continue;
     fermes[static_cast<std::size_t>(flux)] = true;
-    if (open("/dev/null", O_RDWR) == -1) break;
+    static_cast<void>(open("/dev/null", O_RDWR));
   }
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
 }
 
 bool flux_etait_ferme(int flux) {
-  return flux >= 0 && flux <= 2 && fermes[static_cast<std::size_t>(flux)];
+  const auto rang = static_cast<std::size_t>(flux);
+  return rang < fermes.size() && fermes[rang];
 }
 
 }  // namespace topomine

@@ -18,7 +18,7 @@ std::string mot_arff(const std::string& texte) {
 }
 
 std::optional<std::vector<std::string>> valeurs_nominales(std::string_view type) {
-  if (type.size() < 2 || type.front() != '{' || type.back() != '}') return std::nullopt;
+  if (!type.starts_with('{') || !type.ends_with('}')) return std::nullopt;
   type = type.substr(1, type.size() - 2);
   std::vector<std::string> valeurs;
   for (std::size_t debut = 0; debut <= type.size();) {

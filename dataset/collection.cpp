@@ -91,7 +91,7 @@ void numeroter(std::vector<Provenance>& bases) {
 }
 
 std::string type_num_base(const std::vector<Provenance>& bases) {
-  if (bases.empty() || numeros_integres(bases)) return std::string(schema[col_Num_Base].type);
+  if (numeros_integres(bases)) return std::string(schema[col_Num_Base].type);
   std::string type = "{";
   for (std::size_t i = 0; i < bases.size(); ++i) type += (i > 0 ? "," : "") + std::to_string(i);
   return type + "}";

@@ -48,9 +48,7 @@ ComptesCodes::Code ComptesCodes::classer(int code) {
   if (!nouveau) return c;
   const std::string_view texte = texte_bccode(code);
   if (const auto n = entier_strict(texte)) {
-    c.effet = Code::nombre;
-    c.valeur = *n;
-    c.a_valeur = true;
+    c.valeur = n;
     return c;
   }
   // Texts with a further sign split over several reads: not predicted, read in full.
@@ -64,13 +62,10 @@ ComptesCodes::Code ComptesCodes::classer(int code) {
   // its effect.
   const auto apres_1 = essayer<3>("1", {texte, "7", "8"});
   const auto apres_2 = essayer<3>("2", {texte, "7", "8"});
-  c.a_valeur = apres_1[0] == apres_2[0];
-  c.valeur = apres_1[0];
-  if (apres_1[1] == 7 && apres_1[2] == 8)
-    c.effet = c.a_valeur ? Code::nombre : Code::repetition;
-  else if (apres_1[1] == apres_1[0] && apres_1[2] == apres_1[0] && apres_2[1] == apres_2[0])
+  if (apres_1[0] == apres_2[0]) c.valeur = apres_1[0];
+  if (apres_1[1] == apres_1[0] && apres_1[2] == apres_1[0] && apres_2[1] == apres_2[0])
     c.effet = Code::fin;
-  else
+  else if (apres_1[1] != 7 || apres_1[2] != 8)
     c.effet = Code::melange;
   return c;
 }
@@ -86,7 +81,7 @@ void ComptesCodes::ajouter_code(Effets& e, int code) {
   ++e.nb;
   if (!e.fin) {
     const Code c = classer(code);
-    if (c.a_valeur) e.valeur = c.valeur;
+    if (c.valeur) e.valeur = c.valeur;
     e.fin = c.effet == Code::fin;
     e.melange = e.melange || c.effet == Code::melange;
   }

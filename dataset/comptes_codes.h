@@ -30,13 +30,10 @@ class ComptesCodes {
  private:
   /// What one code does to the reading of a list.
   struct Code {
-    /// nombre: a number. repetition: none, the number before it counts again. fin: what its text
-    /// leaves unread stops every read after it. melange: what it leaves unread becomes part of the
-    /// next number.
-    enum Effet { nombre, repetition, fin, melange } effet = repetition;
-    int valeur =
-        0;  ///< of nombre and fin, when a_valeur; without it fin repeats the previous number
-    bool a_valeur = false;
+    /// Of what its text leaves unread. aucun: there is nothing. fin: it stops every read after it.
+    /// melange: it becomes part of the next number.
+    enum Effet { aucun, fin, melange } effet = aucun;
+    std::optional<int> valeur;  ///< without it the previous number counts again
   };
   /// What a list of codes does to the counts, whatever was read before it.
   struct Effets {

@@ -38,7 +38,7 @@ bool prendre_champ(std::string_view& texte, std::string& champ) {
   for (std::size_t i = 1; i < texte.size(); ++i) {
     if (texte[i] != '"') {
       champ += texte[i];
-    } else if (i + 1 < texte.size() && texte[i + 1] == '"') {
+    } else if (texte.substr(i + 1).starts_with('"')) {
       champ += '"';
       ++i;
     } else {

@@ -40,8 +40,7 @@ double ecart_des_produits(double n, const Somme& xy, const Somme& x, const Somme
   e.ajouter({-xy_moyens.haut, -xy_moyens.bas});
   // Below this it is rounding error: values have six digits.
   constexpr double poussiere = 1e-26;
-  const double grandeur = std::abs(xy_moyens.haut) + std::abs(n * xy.haut);
-  return std::abs(e.haut) <= poussiere * grandeur ? 0.0 : e.haut + e.bas;
+  return std::abs(e.haut) <= poussiere * std::abs(xy_moyens.haut) ? 0.0 : e.haut;
 }
 
 bool est_binaire(const std::string& type) {

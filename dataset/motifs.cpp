@@ -56,17 +56,17 @@ bool correspond(std::string_view motif, std::string_view nom) {
 
 std::string nom_le_plus_proche(std::string_view nom, const std::vector<std::string>& connus) {
   const std::string cherche = en_minuscules(nom);
-  const std::string* meilleur = nullptr;
+  std::string meilleur;
   std::size_t moindre = std::numeric_limits<std::size_t>::max();
   for (const std::string& connu : connus) {
     const std::string candidat = en_minuscules(connu);
     const std::size_t e =
         !cherche.empty() && candidat.starts_with(cherche) ? 0 : ecart(cherche, candidat);
-    if (meilleur && e >= moindre) continue;
+    if (e >= moindre) continue;
     moindre = e;
-    meilleur = &connu;
+    meilleur = connu;
   }
-  return meilleur ? *meilleur : std::string();
+  return meilleur;
 }
 
 }  // namespace topomine

@@ -33,15 +33,14 @@ std::vector<std::int32_t> sommes_possibles(const std::vector<std::size_t>& taill
   for (std::size_t i = 0; i < tailles.size(); ++i) {
     const std::size_t saut = tailles[i] / 64, decalage = tailles[i] % 64;
     // From the top: the words below still hold the sums without this size.
-    for (std::size_t m = mots; tailles[i] > 0 && m-- > saut;) {
+    for (std::size_t m = mots; m-- > saut;) {
       std::uint64_t nouvelles = atteintes[m - saut] << decalage;
       if (decalage > 0 && m > saut) nouvelles |= atteintes[m - saut - 1] >> (64 - decalage);
       nouvelles &= ~atteintes[m];
       atteintes[m] |= nouvelles;
       for (; nouvelles != 0; nouvelles &= nouvelles - 1)
-        if (const std::size_t somme = 64 * m + static_cast<unsigned>(std::countr_zero(nouvelles));
-            somme <= n)
-          derniere[somme] = static_cast<std::int32_t>(i);
+        derniere[64 * m + static_cast<unsigned>(std::countr_zero(nouvelles))] =
+            static_cast<std::int32_t>(i);
     }
   }
   return derniere;

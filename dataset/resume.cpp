@@ -15,7 +15,6 @@ using Effectifs = std::vector<std::pair<double, std::size_t>>;
 /// Both lists in one.
 Effectifs fusionner(const Effectifs& a, const Effectifs& b) {
   Effectifs tous;
-  tous.reserve(a.size() + b.size());
   auto i = a.begin(), j = b.begin();
   while (i != a.end() || j != b.end()) {
     if (j == b.end() || (i != a.end() && i->first < j->first)) {
@@ -25,7 +24,6 @@ Effectifs fusionner(const Effectifs& a, const Effectifs& b) {
       if (i != a.end() && i->first == tous.back().first) tous.back().second += i++->second;
     }
   }
-  tous.shrink_to_fit();
   return tous;
 }
 
@@ -61,11 +59,9 @@ double Resume::ecart_type() const {
 }
 
 double Resume::au_rang(std::size_t rang) const {
-  for (const auto& [valeur, effectif] : nombres_) {
-    if (rang < effectif) return valeur;
-    rang -= effectif;
-  }
-  return nombres_.back().first;
+  auto v = nombres_.begin();
+  for (; rang >= v->second; ++v) rang -= v->second;
+  return v->first;
 }
 
 double Resume::quantile(double part) const {

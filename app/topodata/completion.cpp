@@ -88,7 +88,7 @@ Textes plus(Textes mots, const char* un_autre) {
 /// The words in a type like "MOT:{weka,torch}".
 Textes mots_du_type(const std::string& type) {
   const std::size_t debut = type.find('{'), fin = type.rfind('}');
-  if (debut == std::string::npos || fin == std::string::npos) return {};
+  if (debut == std::string::npos) return {};
   return CLI::detail::split(type.substr(debut + 1, fin - debut - 1), ',');
 }
 

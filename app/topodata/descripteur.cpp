@@ -10,10 +10,6 @@ void Descripteur::fermer() {
   if (numero_ >= 0) close(std::exchange(numero_, -1));
 }
 
-TamponSortie::TamponSortie(int descripteur) : descripteur_(descripteur) {
-  setp(octets_.data(), octets_.data() + octets_.size());
-}
-
 TamponSortie::int_type TamponSortie::overflow(int_type c) {
   if (sync() != 0) return traits_type::eof();
   if (!traits_type::eq_int_type(c, traits_type::eof())) sputc(traits_type::to_char_type(c));

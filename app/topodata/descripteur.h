@@ -28,7 +28,7 @@ class Descripteur {
 /// Writes to a descriptor. After a write that failed, nothing more is written.
 class TamponSortie : public std::streambuf {
  public:
-  explicit TamponSortie(int descripteur);
+  explicit TamponSortie(int descripteur) : descripteur_(descripteur) {}
   /// The error of the write that failed; 0 without one.
   int erreur() const { return erreur_; }
 
@@ -39,7 +39,7 @@ class TamponSortie : public std::streambuf {
  private:
   int descripteur_;
   int erreur_ = 0;
-  std::array<char, 1 << 16> octets_;
+  std::array<char, 1 << 16> octets_;  // from the first overflow on
 };
 
 }  // namespace topomine

@@ -38,7 +38,7 @@ std::string sans_blancs(const std::string& texte) {
 Parts separer(const std::string& texte) {
   const std::size_t debut = texte.find_first_of("<>=!", 1);
   if (debut == std::string::npos) return {texte, "", ""};
-  const bool double_signe = debut + 1 < texte.size() && texte[debut + 1] == '=';
+  const bool double_signe = texte.substr(debut + 1).starts_with('=');
   Parts p{sans_blancs(texte.substr(0, debut)), texte.substr(debut, double_signe ? 2 : 1),
           sans_blancs(texte.substr(debut + (double_signe ? 2 : 1)))};
   if (p.op == "==") p.op = "=";

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <iostream>
 #include <system_error>
 
 #include "app/topodata/console.h"
@@ -33,7 +32,6 @@ int Sortie::ouvrir() {
       throw Erreur(qui + " : une autre sortie de la commande est ce meme fichier");
   }
   if (endroit_.flux >= 0) {
-    std::cout.flush();
     if (!flux_recu(endroit_.flux)) echouer(EBADF);
     ouvert_ = Descripteur(fcntl(endroit_.flux, F_DUPFD_CLOEXEC, 0));
     if (!ouvert_) echouer(errno);
