@@ -126,14 +126,15 @@ TEST(Features, AreThoseOfTheListsThemselves) {
     const auto lister = [&](auto& entite) {
       for (int nb = tirer(4) == 0 ? tirer(90) : tirer(4); nb > 0; --nb) entite.add_BC(tirer(13));
     };
-    for (int n = 1; n <= 4; ++n) lister(base.edges[n]);
-    for (int n = 1; n <= 5; ++n) {
+    for (int n = 0; n <= 4; ++n) lister(base.edges[n]);
+    for (int n = 0; n <= 5; ++n) {
       lister(base.faces[n]);
       for (int i = tirer(3) == 0 ? tirer(80) : 4; i > 0; --i) base.faces[n]._edge(i, tirer(6));
       for (int nb = tirer(2) == 0 ? tirer(40) : 2; nb > 0; --nb) base.faces[n].add_bloc(tirer(12));
     }
     for (int n = 1; n <= 9; ++n) {
-      base.blocs[n] = bloc(n == 9 ? 4 : n, 0.1 * tirer(1000));  // one under another's number
+      // Two of them under another's number.
+      base.blocs[n] = bloc(n == 9 ? 4 : n == 4 ? 5 : n, 0.1 * tirer(1000));
       for (int i = 0; i < 6; ++i) base.blocs[n]._face(i, tirer(7));
     }
     BaseBuffer table;

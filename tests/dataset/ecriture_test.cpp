@@ -82,6 +82,34 @@ TEST(Writers, CsvQuotesWhatWouldEndAField) {
   EXPECT_EQ(ligne, "a b;\"a,b\";\"a\"\"b\";\"a\rb\";\"a\nb\";;");
 }
 
+TEST(Writers, CsvIsReadBack) {
+  using Champs = std::vector<std::vector<std::string>>;
+  EXPECT_EQ(topomine::lire_csv("a,\"b\"\"c\"\r\n\r\n\nd,\r\"x\""),
+            (Champs{{"a", "b\"c"}, {}, {}, {"d", ""}, {"x"}}));
+  EXPECT_EQ(topomine::lire_csv(""), Champs{});
+  for (const char* mauvais : {"\"a", "\"a\"b", "a,\"", "\"a\"\""})
+    EXPECT_FALSE(topomine::lire_csv(mauvais)) << mauvais;
+}
+
+TEST(Writers, ArffWordsAndTypes) {
+  for (const char c : std::string(" \t'\"\\,%{}?")) {
+    const std::string texte = std::string("a") + c;
+    EXPECT_EQ(topomine::mot_arff(texte),
+              "'a" + std::string(c == '\'' || c == '\\', '\\') + c + "'");
+  }
+  EXPECT_EQ(topomine::mot_arff("a\nb\rc"), "'a b c'");
+  EXPECT_EQ(topomine::mot_arff("k") + topomine::mot_arff(""), "k''");
+  using Valeurs = std::vector<std::string>;
+  EXPECT_EQ(topomine::valeurs_nominales("{a,,b,}"), (Valeurs{"a", "", "b", ""}));
+  for (const char* autre : {"", "{", "}", "numeric", "{a", "a}"})
+    EXPECT_FALSE(topomine::valeurs_nominales(autre)) << autre;
+  BaseBuffer t = table({{"n", "numeric"}, {"s", "string"}, {"c", "{-1,1}"}},
+                       {{"10", "nan", "1"}, {"-9", "", "2"}, {"inf", "x", "-1"}, {"", "", ""}});
+  topomine::marquer_absents(t);
+  EXPECT_EQ(t._expl,
+            (Lignes{{"10", "nan", "1"}, {"-9", "", "?"}, {"?", "x", "-1"}, {"?", "", "?"}}));
+}
+
 // Longer than what is gathered before it goes to the stream: many rows, and one long value.
 TEST(Writers, LongTables) {
   const std::string longue(100'000, 'x');

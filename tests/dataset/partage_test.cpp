@@ -68,6 +68,11 @@ TEST(Partage, GroupsKeepTheSharesOfTheirStrataWhereTheyCan) {
     EXPECT_EQ(plis[0], plis[3]);
     EXPECT_EQ(plis[1], plis[2]);
     EXPECT_NE(plis[0], plis[1]);
+    // A stratum without examples has no share to keep.
+    const Effectifs vide{{10, 0, 4}, {12, 0, 2}, {11, 0, 3}, {13, 0, 1}};
+    srand48(graine);
+    EXPECT_EQ(groupes_de_la_premiere(vide, 0.5), p);
+    EXPECT_EQ(plis_par_groupe(vide, 2), plis);
   }
 }
 

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "dataset/collection.h"
-#include "dataset/csv.h"
+#include "dataset/formats.h"
 #include "dataset/motifs.h"
 #include "dataset/schema.h"
 #include "tests/topodata/programme.h"
@@ -66,12 +66,31 @@ TEST(Collections, NamesComeInNaturalOrderAndMistypedOnesAreGuessed) {
             (std::vector<std::string>{"cas", "essais"}));
   EXPECT_EQ(noms_des_collections({"x/cas/", "y/cas"}),
             (std::vector<std::string>{"x/cas", "y/cas"}));
+  EXPECT_EQ(noms_des_collections({"a/", "/"}), (std::vector<std::string>{"a", ""}));
+  EXPECT_EQ(noms_des_collections({"/", "/"}), (std::vector<std::string>{"/", "/"}));
+  const auto ici = std::filesystem::current_path();
+  EXPECT_EQ(noms_des_collections({"."}), std::vector{ici.filename().string()});
+  EXPECT_EQ(noms_des_collections({".."}), std::vector{ici.parent_path().filename().string()});
+  for (const auto& [avant, apres] :
+       {std::pair{"b_09", "b_9"}, {"b_9", "b_10"}, {"b1", "b01x"}, {"b", "b_1"}})
+    EXPECT_TRUE(ordre_naturel(avant, apres) && !ordre_naturel(apres, avant)) << avant;
+  EXPECT_FALSE(ordre_naturel("a", "a"));
+  for (const int classe : {-1, 0}) {
+    BaseBuffer t;
+    t._num_classe = classe;
+    ajouter_collection(t, {}, tel_quel);
+    EXPECT_EQ(t._num_classe, classe < 0 ? -1 : 1);
+    EXPECT_EQ(t._attr[0].first, "collection");
+  }
   const std::vector<std::string> noms{"type", "vol_exa", "vois_vexa_moy", "TypeC"};
   for (const auto& [faux, vrai] : {std::pair{"typec", "TypeC"},
                                    {"vois_vexa", "vois_vexa_moy"},
                                    {"volexa", "vol_exa"},
                                    {"tyqe", "type"}})
     EXPECT_EQ(nom_le_plus_proche(faux, noms), vrai);
+  EXPECT_EQ(nom_le_plus_proche("", {"long", "ab", "cd"}), "ab");
+  EXPECT_EQ(nom_le_plus_proche("AZ", {"bz", "ab", "az", "az_"}), "az");
+  EXPECT_EQ(nom_le_plus_proche("x", {}), "");
   for (const auto& [motif, nom, oui] : {std::tuple{"BC_*", "BC_fam_edge_1", true},
                                         {"*_1", "BC_fam_edge_11", false},
                                         {"*edge*1?", "BC_fam_edge_11", true},

@@ -85,6 +85,31 @@ TEST(Dessin, StaysWithinThePictureWhateverTheShape) {
       EXPECT_EQ(hors_image(script_dessin(scene_de(base, "famille"), vue, true)), 0);
 }
 
+// Many lines are thin ones, and less cut into parts.
+TEST(Dessin, KeepsManyLinesAndWallsApart) {
+  const struct {
+    std::size_t traits, parts;
+    double epaisseur;
+  } rangees[]{{1, 8, 1.8},    {2500, 8, 1.8},  {2501, 7, 1.1},  {10000, 2, 1.1},
+              {6667, 2, 1.1}, {10001, 1, 0.7}, {60000, 1, 0.7}, {60001, 1, 0.4}};
+  for (const auto& r : rangees) {
+    Scene scene;
+    scene.traits.assign(r.traits, Trait{{0, 0, 0}, {1, 1, 1}, {}, false});
+    const Tableau tableau = peindre(scene, {});
+    EXPECT_EQ(tableau.touches.size(), r.traits * r.parts);
+    EXPECT_EQ(tableau.touches[0].epaisseur, r.epaisseur) << r.traits;
+    scene.traits[0].fort = true;
+    EXPECT_EQ(std::ranges::max(peindre(scene, {}).touches, {}, &Touche::epaisseur).epaisseur,
+              1.5 * r.epaisseur);
+  }
+  for (const auto& [parois, parts] :
+       {std::pair<std::size_t, std::size_t>{1, 400}, {15, 400}, {100, 49}, {7000, 1}}) {
+    Scene scene;
+    scene.parois.resize(parois);
+    EXPECT_EQ(peindre(scene, {}).touches.size(), parois * parts);
+  }
+}
+
 TEST(Dessine, DrawsOrSaysInOneLineWhyNot) {
   const Collection c;
   const std::string png = (c.dossier / "a.png").string(), svg = (c.dossier / "a.svg").string();

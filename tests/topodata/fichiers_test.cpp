@@ -41,6 +41,20 @@ void sans_fichiers_anonymes() {
     _exit(126);
 }
 
+/// From here on no two files change places at once.
+void sans_echange() {
+  sock_filter filtre[]{
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_renameat2, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EINVAL),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  sock_fprog programme{static_cast<unsigned short>(std::size(filtre)), filtre};
+  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+      prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &programme) != 0)
+    _exit(126);
+}
+
 /// What an ordinary user may not do, root may not do either after this.
 void sans_privilege(int capacite) {
   prctl(PR_CAPBSET_DROP, capacite, 0, 0, 0);
@@ -181,6 +195,31 @@ TEST(Fichiers, OfAFolderComeWhateverTheMask) {
   EXPECT_EQ(d.lire("n/x"), "y");
   EXPECT_EQ(fs::status(d.chemin() + "n").permissions(), fs::perms(0555));
   fs::permissions(d.chemin() + "n", fs::perms(0755));
+}
+
+TEST(Fichiers, OfAFolderReplaceThoseOfItsNameOnly) {
+  for (const auto prepare : {+[] {}, +[] { sans_echange(); }}) {
+    const Dossier d;
+    d.ecrire("n/x", "vieux");
+    d.ecrire("n/z", "reste");
+    const pid_t fils = fork();
+    if (fils == 0) {
+      prepare();
+      {
+        Depot depot(d.chemin() + "n", true);
+        depot.ecrire("x", [](std::ostream& x) { x << "neuf"; });
+        depot.preparer();
+        depot.publier();
+      }
+      _exit(0);
+    }
+    int etat = -1;
+    waitpid(fils, &etat, 0);
+    EXPECT_EQ(etat, 0);
+    EXPECT_EQ(d.lire("n/x") + d.lire("n/z"), "neufreste");
+    EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin()), {}), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin() + "n"), {}), 2);
+  }
 }
 
 TEST(Fichiers, KeepTheirOwnerWhereTheyMay) {
