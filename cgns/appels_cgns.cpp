@@ -36,7 +36,6 @@ std::map<std::string, int> types_des_familles(int fichier, int base) {
 }
 
 std::string nom_du_type(int type) {
-  if (type == CGNS_ENUMV(BCTypeUserDefined)) return "UserDefined";
   return type > 0 && type < NofValidBCTypes ? BCTypeName[type] : "BCTypeNull";
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -131,7 +132,7 @@ class Tranche {
         si_(ni_),
         sj_(ni_),
         sk_(ni_),
-        min_(ni_),
+        min_(ni_, std::numeric_limits<double>::infinity()),
         somme_(ni_) {}
 
   /// Layers k0 to k1 of cells, counted from 0; the sum of each goes to its place in `centres`.
@@ -156,7 +157,6 @@ class Tranche {
 #endif
 
   TOUJOURS_EN_LIGNE void parcourir(std::size_t k0, std::size_t k1, std::vector<double>& centres) {
-    std::ranges::fill(min_, 1.0);
     for (std::size_t j = 0; j < nj_; ++j) {
       le_long_de_i(j, j, k0);
       if (j + 1 < nj_) uj_.joindre(j, noeuds(j, k0), noeuds(j + 1, k0), ni_);

@@ -186,7 +186,7 @@ class Coupeur {
   void ajouter_face(std::size_t zone, int place) {
     const Plage face = face_entiere(s_.zones[zone].taille, place);
     std::vector<Plage> prises;
-    const auto debut = emplois_.lower_bound(Cle{zone, place, {{0, 0, 0}, {0, 0, 0}}});
+    const auto debut = emplois_.lower_bound(Cle{zone, place, Plage{}});
     for (auto it = debut;
          it != emplois_.end() && std::get<0>(it->first) == zone && std::get<1>(it->first) == place;
          ++it) {

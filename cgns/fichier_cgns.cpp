@@ -36,8 +36,7 @@ void FichierCgns::choisir_base(const std::string& nom) {
     NomCgns lu;
     exiger_reussite(cg_base_read(fichier_, b, lu.place(), &cellules, &espace));
     noms += (b > 1 ? ", '" : "'") + lu.texte() + "'";
-    if (nb > 1 && lu.texte() != nom) continue;
-    if (!nom.empty() && lu.texte() != nom) continue;
+    if ((nb > 1 || !nom.empty()) && lu.texte() != nom) continue;
     base_ = b;
     nom_base_ = lu.texte();
     if (cellules != 3 || espace != 3)

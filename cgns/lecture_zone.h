@@ -39,12 +39,12 @@ struct Points {
   static constexpr int noeuds = -1, inconnu = -2;
 };
 
-/// Indices as a file holds them, three to a node.
+/// Indices as a file holds them, three to each node.
 template <class Entier>
 std::vector<Ijk> triplets(const std::vector<Entier>& v) {
   std::vector<Ijk> r;
   r.reserve(v.size() / 3);
-  for (std::size_t n = 0; n + 2 < v.size(); n += 3) r.push_back({v[n], v[n + 1], v[n + 2]});
+  for (std::size_t n = 0; n < v.size(); n += 3) r.push_back({v[n], v[n + 1], v[n + 2]});
   return r;
 }
 

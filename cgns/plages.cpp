@@ -77,10 +77,9 @@ Passage Passage::inverse() const {
 }
 
 bool transformation_valide(const std::array<int, 3>& t) {
-  unsigned vus = 0;
-  for (const int axe : t)
-    if (axe >= -3 && axe <= 3 && axe != 0) vus |= 1U << std::abs(axe);
-  return vus == 0b1110;
+  return std::ranges::all_of(std::array{1, 2, 3}, [&](int axe) {
+    return std::ranges::count(t, axe) + std::ranges::count(t, -axe) == 1;
+  });
 }
 
 }  // namespace topomine

@@ -70,8 +70,7 @@ std::vector<Ijk> images_en_ordre(const std::vector<Ijk>& noeuds, const std::vect
 }
 
 std::optional<Passage> passage_vers(const Plage& plage, const std::vector<Ijk>& images) {
-  if (static_cast<Indice>(images.size()) != plage.nb_noeuds() || plage.nb_axes_plats() != 1)
-    return {};
+  if (static_cast<Indice>(images.size()) != plage.nb_noeuds()) return {};
   Passage p{plage.min, images[0], {}};
   unsigned pris = 0;
   Indice saut = 1;

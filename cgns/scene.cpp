@@ -82,12 +82,13 @@ class Scene {
   char parcourir(Pas pas, std::set<Pas>& vus) const {
     const Pas debut = pas;
     const Vec premiere = mesure(pas.morceau).normales_cotes[pas.entree];
-    double cosinus = 1;
+    bool tourne = false;
     while (vus.insert(pas).second) {
       const std::size_t sortie = (pas.entree + 2) % cotes;
       for (const std::size_t c : {pas.entree, sortie})
-        cosinus = std::min(cosinus, scalaire(premiere, mesure(pas.morceau).normales_cotes[c]));
-      if (!suivant(pas.morceau, sortie, &pas)) return cosinus < cosinus_demi_tour ? 'C' : 'H';
+        tourne =
+            tourne || scalaire(premiere, mesure(pas.morceau).normales_cotes[c]) < cosinus_demi_tour;
+      if (!suivant(pas.morceau, sortie, &pas)) return tourne ? 'C' : 'H';
     }
     return pas == debut ? 'O' : 'H';
   }

@@ -24,7 +24,8 @@ class Identification {
         mesures_(mesures),
         familles_(familles),
         ecrases_(pieces_ecrasees(d, mesures)),
-        classes_(s) {}
+        classes_(s),
+        numeros_(d.morceaux.size()) {}
 
   Topologie executer() {
     recenser();
@@ -119,11 +120,7 @@ class Identification {
   }
 
   void classes_ecrasees() {
-    const auto marquer = [&](std::size_t element) {
-      const std::size_t classe = classes_.classe(element);
-      if (edges_.size() <= classe) edges_.resize(classe + 1, inconnue);
-      edges_[classe] = 0;
-    };
+    const auto marquer = [&](std::size_t element) { numero(edges_, classes_.classe(element)) = 0; };
     for (std::size_t a = 0; a < aretes_.size(); ++a)
       if (mesures_[a / 12].aretes_ecrasees[a % 12]) marquer(aretes_[a]);
     for (std::size_t m = 0; m < d_.morceaux.size(); ++m)
@@ -131,27 +128,33 @@ class Identification {
         if (mesures(m).cotes_ecrases[c]) marquer(elements_[m].cotes[c]);
   }
 
+  /// Of a class; `inconnue` until it has one.
+  static int& numero(std::vector<int>& numeros, std::size_t classe) {
+    if (numeros.size() <= classe) numeros.resize(classe + 1, inconnue);
+    return numeros[classe];
+  }
+
   int sommet(std::size_t element, const Vec& position) {
     const std::size_t classe = classes_.classe(element);
-    if (sommets_.size() <= classe) sommets_.resize(classe + 1, inconnue);
-    if (sommets_[classe] == inconnue) {
+    int& n = numero(sommets_, classe);
+    if (n == inconnue) {
       t_.sommets.push_back({position, {}});
-      sommets_[classe] = static_cast<int>(t_.sommets.size());
+      n = static_cast<int>(t_.sommets.size());
     }
-    return sommets_[classe];
+    return n;
   }
 
   int edge(std::size_t m, std::size_t cote) {
     const std::size_t classe = classes_.classe(elements_[m].cotes[cote]);
-    if (edges_.size() <= classe) edges_.resize(classe + 1, inconnue);
-    if (edges_[classe] == inconnue) {
+    int& n = numero(edges_, classe);
+    if (n == inconnue) {
       const auto& [a, b] = bouts[cote];
       const Elements& e = elements_[m];
       const int debut = sommet(e.coins[a], mesures(m).coins[a]);
       t_.edges.push_back({debut, sommet(e.coins[b], mesures(m).coins[b]), 0, {}});
-      edges_[classe] = static_cast<int>(t_.edges.size());
+      n = static_cast<int>(t_.edges.size());
     }
-    return edges_[classe];
+    return n;
   }
 
   void numeroter_bloc(std::size_t zone) {
@@ -170,7 +173,6 @@ class Identification {
   }
 
   int face(std::size_t m) {
-    if (numeros_.empty()) numeros_.assign(d_.morceaux.size(), 0);
     const std::size_t premier = d_.morceaux[m].face;
     if (ecrase(m) || ecrase(premier)) return 0;
     if (numeros_[premier] == 0) {
@@ -217,17 +219,16 @@ class Identification {
                 .contient(cote_de_morceau(morceau.plage, morceau.place, c)))
           toucher(numero_edge(aretes_[12 * morceau.zone + n]));
     for (std::size_t c = 0; c < cotes; ++c) {
-      const std::size_t classe = classes_.classe(elements_[f.morceau].coins[c]);
-      if (classe >= sommets_.size() || sommets_[classe] == inconnue) continue;
-      Vec& n = t_.sommets[static_cast<std::size_t>(sommets_[classe]) - 1].normales[famille];
+      const int sommet = numero(sommets_, classes_.classe(elements_[f.morceau].coins[c]));
+      if (sommet == inconnue) continue;
+      Vec& n = t_.sommets[static_cast<std::size_t>(sommet) - 1].normales[famille];
       n = n + mesures(f.morceau).normales[c];
     }
   }
 
   /// 0 for a line that no face has as its edge.
   int numero_edge(std::size_t element) {
-    const std::size_t classe = classes_.classe(element);
-    return classe < edges_.size() && edges_[classe] != inconnue ? edges_[classe] : 0;
+    return std::max(numero(edges_, classes_.classe(element)), 0);
   }
 
   static void ajouter(std::vector<std::size_t>& liste, std::size_t v) {
@@ -287,8 +288,9 @@ class Identification {
   Classes classes_;
   std::vector<std::size_t> aretes_;  // 12 per zone
   std::vector<std::array<std::size_t, 2>> bouts_aretes_;
-  std::vector<Elements> elements_;              // per piece
-  std::vector<int> edges_, sommets_, numeros_;  // number per class, per piece
+  std::vector<Elements> elements_;    // per piece
+  std::vector<int> edges_, sommets_;  // number per class
+  std::vector<int> numeros_;          // per piece
   Topologie t_;
 };
 
