@@ -119,6 +119,10 @@ void raccord_contraire(const std::string& fichier) {
   un_a_un(fichier, "contraire", "zone 2", ici, {1, 3, 3, 1, 1, 1}, {1, -2, -3});
 }
 
+void raccord_transpose(const std::string& fichier) {
+  un_a_un(fichier, "transpose", "zone 2", ici, la, {1, 3, 2});
+}
+
 void tronque(const std::string& fichier) {
   std::filesystem::resize_file(fichier, std::filesystem::file_size(fichier) / 2);
 }
@@ -167,7 +171,12 @@ void ajouts_a_dire(const std::string& fichier) {
   o.appel(cg_goto(o.f, o.b, "end"));
   en(CGNS_ENUMV(Millimeter));
   o.appel(cg_goto(o.f, o.b, "Zone_t", 2, "GridCoordinates_t", 1, "end"));
+  en(CGNS_ENUMV(Foot));
+  o.appel(cg_goto(o.f, o.b, "Zone_t", 2, "end"));
+  en(CGNS_ENUMV(Inch));
+  o.appel(cg_goto(o.f, o.b, "Zone_t", 2, "GridCoordinates_t", 1, "DataArray_t", 1, "end"));
   en(CGNS_ENUMV(Meter));
+  o.appel(cg_family_write(o.f, o.b, "sans type", &o.n));
   const std::array<cgsize_t, 6> bas{1, 1, 1, 3, 1, 3}, haut{1, 3, 1, 3, 3, 3};
   const std::array<float, 3> rien{0, 0, 0}, pas{0, 1, 0};
   o.appel(

@@ -254,6 +254,7 @@ TEST(Importe, Refusals) {
        "[3:3,1:3,1:3] et [1:1,1:3,1:3] de la zone 'zone 2' ne se correspondent pas"},
       {raccord_double, "[3:3,1:3,1:3] est raccordee a deux endroits"},
       {raccord_contraire, "y est orientee de deux facons"},
+      {raccord_transpose, "y est orientee de deux facons"},
       {tronque, "fichier CGNS illisible"},
       {un_texte, "fichier CGNS illisible"},
       {[](const std::string& f) { std::filesystem::remove(f); }, "m.cgns : No such file"},
@@ -434,6 +435,24 @@ TEST(Importe, InSessions) {
   coin.condition(1, face(coin, 1, 2), "paroi_aile", 1);
   coin.condition(2, face(coin, 2, 2), "paroi_sol", 1);
   tourner(gauche, 0, {-1, 2, 3});
+  // Of no size, of no volume, and as thin as a zone may be, or thinner.
+  const auto mince = [&ecrire](const std::string& nom, double cote, double epaisseur) {
+    Modele m;
+    m.zone({2, 2, 2}, [=](double u, double v, double w) {
+      return Vec{cote * u, cote * v, epaisseur * w};
+    });
+    m.condition(0, face(m, 0, 2), "paroi_", 1);
+    ecrire(m, nom);
+  };
+  mince("point", 0, 0);
+  mince("plat", 1, 0);
+  mince("feuille", 1, 0.7e-9);
+  mince("mince", 1, 7e-9);
+  Modele ecart;
+  boite(ecart, 0, 0, 0);
+  boite(ecart, 1.01, 0, 0, {4, 2, 2});
+  ecart.jonction(0, face(ecart, 0, 3), 1, {{3, 1, 1}, {1, 1, 1}, {1, 2, 3}});
+  ecrire(ecart, "ecart");
   ecrire(deux_boites(), "deux");
   ecrire(deux_boites(), "dits", Fichiers::hdf5);
   ecrire(tour(12), "tour");

@@ -206,6 +206,44 @@ TEST(Limites, FacesAreCutInManyPieces) {
   EXPECT_EQ(refus([&] { decouper(s); }), trop);
   s.conditions.pop_back();
   EXPECT_EQ(refus([&] { decouper(s); }), "");
+
+  // A zone of n x n cells with pieces on k-min.
+  const auto avec = [](Indice n, const std::vector<Plage>& plages) {
+    Structure faces;
+    faces.zones = {{"z", {n + 1, n + 1, 2}}};
+    for (const Plage& p : plages) faces.conditions.push_back({"", "", 1, false, false, 0, p});
+    return faces;
+  };
+  std::vector<Plage> plages;
+  for (Indice n = 0; n < 31; ++n) plages.push_back({{1, 1, 1}, {61, 61 - n, 1}});
+  EXPECT_EQ(refus([&] { decouper(avec(60, plages)); }), "");
+  plages.push_back({{1, 1, 1}, {61, 30, 1}});
+  EXPECT_EQ(refus([&] { decouper(avec(60, plages)); }), "face recouverte trop de fois");
+  plages.clear();
+  for (Indice n = 1; n < 2000; n += 2) plages.push_back({{n, n, 1}, {n + 1, n + 1, 1}});
+  EXPECT_EQ(refus([&] { decouper(avec(2000, plages)); }), "");
+  plages.push_back({{2001, 1, 1}, {2002, 2, 1}});
+  EXPECT_EQ(refus([&] { decouper(avec(2001, plages)); }), trop);
+  plages.clear();
+  for (Indice n = 1; n < 202; n += 2) {
+    plages.push_back({{n, 1, 1}, {n + 1, 203, 1}});
+    plages.push_back({{1, n, 1}, {203, n + 1, 1}});
+  }
+  EXPECT_EQ(decouper(avec(202, plages)).dits.size(), 10'000U);
+}
+
+TEST(Limites, NamesOfFamiliesInAnyEncoding) {
+  const std::pair<const char*, const char*> noms[]{
+      {" a b ", "a b"},
+      {"\x1f\x7f\xc2\x80\xc2\x9f\xc2\xa0", "____\xa0"},
+      {"\xc3\xbf\xc4\x80\xdf\xbf", "\xff__"},
+      {"\xe0\xa0\x80z\xef\xbf\xbf", "_z_"},
+      {"\xf0\x90\x8d\x88z\xf4\x8f\xbf\xbf", "_z_"},
+      // No UTF-8: taken as it is.
+      {"\xc1\xbf\xf5\xbf\xc3", "\xc1\xbf\xf5\xbf\xc3"},
+      {"\xc3z\xe2\xa2z\xf0\xa0\xa1z", "\xc3z\xe2\xa2z\xf0\xa0\xa1z"},
+  };
+  for (const auto& [nom, attendu] : noms) EXPECT_EQ(nom_de_famille(nom), attendu);
 }
 
 }  // namespace topomine

@@ -71,6 +71,10 @@ TEST(Mesures, EveryNodeIsLookedAt) {
     m.xyz[0][n % 3][n] = n % 2 ? NAN : INFINITY;
     EXPECT_FALSE(mesurer_cellules(coordonnees(m), 1, 1).finies) << n;
   }
+  Modele m = vague({5, 4, 3});
+  for (double& x : m.xyz[0][0]) x *= 1e300;
+  for (double& y : m.xyz[0][1]) y *= 1e300;
+  EXPECT_TRUE(mesurer_cellules(coordonnees(m), 1, 1).finies);
 }
 
 }  // namespace topomine

@@ -4,8 +4,10 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "tests/support/cas.h"
+#include "vtk/ecriture.h"
 
 using namespace topomine;
 
@@ -116,6 +118,20 @@ TEST(Coins, DoNotNeedEveryFace) {
       EXPECT_EQ(coins_bloc(base, bloc), attendus) << faux << ' ' << s;
     }
   }
+  // Two faces may fit in nowhere, no more.
+  for (const int s : {1, 2}) {
+    Cas cas = grille("boite", {1, 1, 1});
+    Block& bloc = cas.base.blocs.begin()->second;
+    const CoinsBloc attendus = coins_entiers(cas.base, bloc._id());
+    for (const int t : {0, s, 3}) {
+      EXPECT_EQ(coins_bloc(cas.base, bloc), attendus) << s << ' ' << t;
+      const Face& face = cas.base.faces.at(bloc._face(t));
+      Face autre = face;
+      for (int p = 0; p < 4; ++p) autre._edge(p, 1000 * t + p + 1000);
+      cas.base.faces.at(bloc._face(t)) = autre;
+    }
+    EXPECT_EQ(coins_bloc(cas.base, bloc), std::nullopt) << s;
+  }
   // Linking makes up a vertex at the origin: it is no corner.
   Cas cas = grille("trou", {1, 1, 1});
   const Block& bloc = cas.base.blocs.begin()->second;
@@ -137,4 +153,14 @@ TEST(Volume, OfTwistedHexahedra) {
   EXPECT_DOUBLE_EQ(volume(cube), 1);
   EXPECT_DOUBLE_EQ(volume(miroir), -1);
   EXPECT_DOUBLE_EQ(volume(tourne), 2.0 / 3);
+}
+
+TEST(Ecriture, CutsTheTitleThatIsTooLong) {
+  for (const std::size_t longueur : {255U, 256U}) {
+    Grille vide;
+    vide.titre.assign(longueur, 'x');
+    std::ostringstream out;
+    ecrire_vtk(out, vide);
+    EXPECT_NE(out.str().find('\n' + std::string(255, 'x') + "\nASCII"), std::string::npos);
+  }
 }
