@@ -52,13 +52,7 @@ std::size_t Classes::classe(std::size_t element) {
 }
 
 void Classes::unir(std::size_t a, std::size_t b) {
-  a = classe(a);
-  b = classe(b);
-  // The earlier one stands for both.
-  if (a < b)
-    parents_[b] = a;
-  else
-    parents_[a] = b;
+  parents_[classe(b)] = classe(a);
 }
 
 }  // namespace topomine

@@ -20,16 +20,16 @@ inline constexpr int bccode_paroi = 1, bccode_periodique = 8, bccode_interface =
 
 /// A row of climite.cfg, but for its code.
 struct LigneClimite {
-  int bccode = 0;
+  int bccode;
   std::string famille;
 };
 using TableClimite = std::map<int, LigneClimite>;
 
 struct Famille {
   std::string nom;
-  int bccode = 0;
-  int code = 0;           ///< Damas code
-  bool nouvelle = false;  ///< climite.cfg has no row for it yet
+  int bccode;
+  int code;       ///< Damas code
+  bool nouvelle;  ///< climite.cfg has no row for it yet
 };
 
 /// The families on the boundary of a mesh.

@@ -35,9 +35,8 @@ void Jointures::passer(std::size_t zone, const Coordonnees& c, double taille) {
       parcourir(j.plage, [&](const Ijk& p) { la.noeuds.push_back(c.noeud(j.passage(p))); });
     if (j.zone == j.voisine) {
       comparer(j, ici, la);
-    } else if (const auto autre = en_attente_.find(n); autre != en_attente_.end()) {
-      comparer(j, j.zone == zone ? ici : la, autre->second);
-      en_attente_.erase(autre);
+    } else if (const auto autre = en_attente_.extract(n)) {
+      comparer(j, j.zone == zone ? ici : la, autre.mapped());
     } else {
       en_attente_.emplace(n, std::move(j.zone == zone ? ici : la));
     }

@@ -100,7 +100,7 @@ void coordonnee_infinie(const std::string& fichier) {
 }
 
 void noeud_ecarte(const std::string& fichier) {
-  changer_coordonnee(fichier, 12, 2.01);
+  changer_coordonnee(fichier, 24, 2.01);
 }
 
 void voisine_inconnue(const std::string& fichier) {

@@ -4,6 +4,7 @@
 
 #include "cgns/codes.h"
 #include "cgns/enfant.h"
+#include "cgns/lecture_zone.h"
 #include "tests/cgns/modele.h"
 #include "tests/support/dossier.h"
 
@@ -230,6 +231,14 @@ TEST(Limites, FacesAreCutInManyPieces) {
     plages.push_back({{1, n, 1}, {203, n + 1, 1}});
   }
   EXPECT_EQ(decouper(avec(202, plages)).dits.size(), 10'000U);
+}
+
+TEST(Limites, NodesAndImagesMayDifferInNumber) {
+  const std::vector<Ijk> deux{{1, 1, 2}, {1, 1, 1}}, une{{7, 8, 9}};
+  EXPECT_EQ(images_en_ordre(deux, une), une);
+  EXPECT_EQ(images_en_ordre(une, deux), std::vector{deux[0]});
+  EXPECT_EQ(images_en_ordre(deux, {{4, 4, 4}, {5, 5, 5}}),
+            (std::vector<Ijk>{{5, 5, 5}, {4, 4, 4}}));
 }
 
 TEST(Limites, NamesOfFamiliesInAnyEncoding) {
