@@ -26,7 +26,8 @@ std::optional<std::array<int, 2>> bouts_edge(const Base& base, int edge);
 /// Position of a vertex that the table holds.
 Vec position(const Base& base, int vertex);
 
-/// Volume between the eight corners with bilinear faces, below 0 for left-handed axes (i,j,k).
+/// Volume between the eight corners with bilinear faces, below 0 for left-handed axes (i,j,k). As
+/// mesh/hexaedre.h has it, but for the order of its sums: an export has all its digits.
 double volume(const std::array<Vec, 8>& coins);
 double volume(const Base& base, const CoinsBloc& coins);
 
