@@ -7,6 +7,7 @@
 
 #include "base/lecture/journal.h"
 #include "base/lecture/lectures.h"
+#include "base/modes.h"
 
 using namespace topomine;
 
@@ -14,8 +15,8 @@ Base::Base(std::string nom_, std::string chemin_, std::string type_)
     : nom(std::move(nom_)), chemin(std::move(chemin_)), type(std::move(type_)) {}
 
 std::string Base::_type(const std::string& t) {
-  for (const std::string_view mot : {"ext", "min", "nrm"}) {
-    if (t.starts_with(mot)) return type = mot;
+  for (const std::string_view mode : noms_des_modes) {
+    if (t.starts_with(mode)) return type = mode;
   }
   return {};
 }
@@ -62,53 +63,65 @@ bool Base::load_vrtxs() {
 
 namespace {
 
-void attendre_une_touche(bool pause) {
+void attendre_une_touche(std::ostream& out, bool pause) {
   if (!pause) return;
-  std::cout.flush();
+  out.flush();
   static_cast<void>(std::getchar());
 }
 
 template <class Elements>
-void imprimer_table(const Elements& table, bool pause) {
+void imprimer_table(std::ostream& out, const Elements& table, bool pause) {
   for (const auto& [cle, element] : table) {
-    element.Print();
-    attendre_une_touche(pause);
+    element.imprimer(out);
+    attendre_une_touche(out, pause);
   }
 }
 
 template <class Elements>
-bool imprimer_si_present(const Elements& table, int numero) {
+bool imprimer_si_present(std::ostream& out, const Elements& table, int numero) {
   const auto trouve = table.find(numero);
   if (trouve == table.end()) return false;
-  trouve->second.Print();
+  trouve->second.imprimer(out);
   return true;
 }
 
 }  // namespace
 
 void Base::Print(bool pause) const {
-  for (const int sorte : {5, 6, 7, 1, 2, 3, 4}) Print(sorte, pause);
+  imprimer(std::cout, pause);
 }
 
 void Base::Print(int sorte, bool pause) const {
+  imprimer(std::cout, sorte, pause);
+}
+
+void Base::Print_elem(int numero) const {
+  imprimer_elem(std::cout, numero);
+}
+
+void Base::imprimer(std::ostream& out, bool pause) const {
+  for (const int sorte : {5, 6, 7, 1, 2, 3, 4}) imprimer(out, sorte, pause);
+}
+
+void Base::imprimer(std::ostream& out, int sorte, bool pause) const {
   switch (sorte) {
     case 1:
-      return imprimer_table(blocs, pause);
+      return imprimer_table(out, blocs, pause);
     case 2:
-      return imprimer_table(faces, pause);
+      return imprimer_table(out, faces, pause);
     case 3:
-      return imprimer_table(edges, pause);
+      return imprimer_table(out, edges, pause);
     case 4:
-      return imprimer_table(vrtxs, pause);
+      return imprimer_table(out, vrtxs, pause);
     case 5:
-      avion.Print();
-      return attendre_une_touche(pause);
+      avion.imprimer(out);
+      return attendre_une_touche(out, pause);
     case 6:
-      return imprimer_table(pieces, pause);
+      return imprimer_table(out, pieces, pause);
     case 7:
       for (const Raccord& raccord : raccords) {
-        raccord.Print();
-        attendre_une_touche(pause);
+        raccord.imprimer(out);
+        attendre_une_touche(out, pause);
       }
       return;
     default:
@@ -116,9 +129,9 @@ void Base::Print(int sorte, bool pause) const {
   }
 }
 
-void Base::Print_elem(int numero) const {
-  if (imprimer_si_present(blocs, numero) || imprimer_si_present(faces, numero) ||
-      imprimer_si_present(edges, numero) || imprimer_si_present(vrtxs, numero))
+void Base::imprimer_elem(std::ostream& out, int numero) const {
+  if (imprimer_si_present(out, blocs, numero) || imprimer_si_present(out, faces, numero) ||
+      imprimer_si_present(out, edges, numero) || imprimer_si_present(out, vrtxs, numero))
     return;
-  std::cout << "Element " << numero << " inexistant...\n";
+  out << "Element " << numero << " inexistant...\n";
 }

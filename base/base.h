@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <map>
 #include <string>
 #include <vector>
@@ -34,7 +35,7 @@ class Base {
   std::vector<Raccord> raccords;
 
   // --- Boundary-condition configuration, one per process
-  static bool init_cl_cfg;  ///< counts as loaded; never reset
+  static bool init_cl_cfg;  ///< a configuration is loaded; oublier_configuration() resets it
   /// Damas code to column name to value.
   static std::map<int, std::map<std::string, std::string>> list_CLim;
   static std::vector<std::string> list_attr;  ///< column names, in file order
@@ -46,8 +47,8 @@ class Base {
   bool _disp() const { return disp; }
   bool _disp(bool v) { return disp = v; }
   std::string _type() const { return type; }
-  /// Sets `type` to the first of "ext", "min", "nrm" that t begins with and returns it; returns ""
-  /// and leaves `type` when there is none.
+  /// Sets `type` to the mode that t begins with and returns it; returns "" and leaves `type` when
+  /// there is none.
   std::string _type(const std::string& t);
   /// Sets nom_base.
   void gen_nom_base();
@@ -120,4 +121,8 @@ class Base {
   void Print(int sorte, bool pause) const;
   /// The first block, face, edge or vertex that has this number.
   void Print_elem(int numero) const;
+  // The same on any stream.
+  void imprimer(std::ostream& out, bool pause) const;
+  void imprimer(std::ostream& out, int sorte, bool pause) const;
+  void imprimer_elem(std::ostream& out, int numero) const;
 };

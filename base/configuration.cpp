@@ -39,7 +39,7 @@ std::string Base::_CL(int code, const std::string& colonne) const {
 }
 
 std::vector<int> Base::DAM2BCCODE(const std::vector<int>& codes) const {
-  static const std::string colonne = "BCCODE";
+  static const std::string colonne(colonne_bccode);
   std::vector<int> bccodes;
   bccodes.reserve(codes.size());
   FluxNombres nombres;

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/fichiers.h"
 #include "mesh/vecteur.h"
 
 namespace topomine {
@@ -174,9 +175,10 @@ void ecrire(Flux& s, const SommetEcrit& v) {
   s("</Vertex>\n");
 }
 
-/// The entities of one kind between the tags of their list.
+/// The entities of a mesh file between the tags of its top element.
 template <class Flux, class Corps>
-void ecrire_liste(Flux& s, std::string_view liste, Corps corps) {
+void ecrire_entites(Flux& s, Fichier f, Corps corps) {
+  const std::string_view liste = sortes_de_fichier[f].racine;
   s(entete_xml, "<", liste, ">\n");
   corps();
   s("</", liste, ">\n");

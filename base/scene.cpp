@@ -14,20 +14,24 @@ void Avion::clear() {
 }
 
 void Avion::Print() const {
+  imprimer(std::cout);
+}
+
+void Avion::imprimer(std::ostream& out) const {
   // "Envirgure" stands before the fuselage width, and the wing area before the chord: readers of
   // these listings know them so.
-  std::cout << "R\351f\351rences Avion\n"
-            << " Nom     : " << affichable(name_) << '\n'
-            << " Famille : " << affichable(family_) << '\n'
-            << " Longueur : " << fuse_length_ << '\n'
-            << " Envirgure: " << fuse_width_ << '\n'
-            << " Hauteur  : " << height_ << '\n'
-            << " Span voilure : " << wing_span_ << '\n'
-            << " Surf Voilure : " << wing_area_ << '\n'
-            << " Corde : " << corde_ << '\n'
-            << " Sweep : " << sweep_ << '\n'
-            << " Nb moteur : " << nb_engine_ << '\n'
-            << '\n';
+  out << "R\351f\351rences Avion\n"
+      << " Nom     : " << affichable(name_) << '\n'
+      << " Famille : " << affichable(family_) << '\n'
+      << " Longueur : " << fuse_length_ << '\n'
+      << " Envirgure: " << fuse_width_ << '\n'
+      << " Hauteur  : " << height_ << '\n'
+      << " Span voilure : " << wing_span_ << '\n'
+      << " Surf Voilure : " << wing_area_ << '\n'
+      << " Corde : " << corde_ << '\n'
+      << " Sweep : " << sweep_ << '\n'
+      << " Nb moteur : " << nb_engine_ << '\n'
+      << '\n';
 }
 
 char Piece::_topology(char c) {
@@ -53,14 +57,18 @@ void Piece::clear() {
 }
 
 void Piece::Print() const {
-  std::cout << "Piece : " << affichable(nom_) << " (" << affichable(fam_bc_) << ") , topologie en "
-            << topology_ << '\n';
+  imprimer(std::cout);
+}
+
+void Piece::imprimer(std::ostream& out) const {
+  out << "Piece : " << affichable(nom_) << " (" << affichable(fam_bc_) << ") , topologie en "
+      << topology_ << '\n';
   if (!specials_.empty()) {
-    std::cout << "   particualrit\351s : ";
-    for (const std::string& special : specials_) std::cout << affichable(special) << "   ";
-    std::cout << '\n';
+    out << "   particualrit\351s : ";
+    for (const std::string& special : specials_) out << affichable(special) << "   ";
+    out << '\n';
   }
-  std::cout << '\n';
+  out << '\n';
 }
 
 std::string Raccord::_type(const std::string& t) {
@@ -81,6 +89,9 @@ void Raccord::clear() {
 }
 
 void Raccord::Print() const {
-  std::cout << "Raccord " << affichable(pc1_) << " // " << affichable(pc2_) << " : " << type_
-            << '\n';
+  imprimer(std::cout);
+}
+
+void Raccord::imprimer(std::ostream& out) const {
+  out << "Raccord " << affichable(pc1_) << " // " << affichable(pc2_) << " : " << type_ << '\n';
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <utility>
 #include <vector>
@@ -7,7 +8,8 @@
 // The records of a scene definition. The form of an accessor with an argument stores it and returns
 // what is stored.
 
-/// The aircraft that the mesh was built around, its reference lengths and areas.
+/// The aircraft that the mesh was built around: its reference lengths in the unit of the mesh, its
+/// areas in the square of that, its sweep in degrees.
 class Avion {
  public:
   std::string _name() const { return name_; }
@@ -32,7 +34,8 @@ class Avion {
   int _nb_engine(int v) { return nb_engine_ = v; }
 
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:
@@ -61,14 +64,15 @@ class Piece {
   /// Stores the upper case of c when that is one of the three letters; returns what is stored.
   char _topology(char c);
   int nb_spe() const { return static_cast<int>(specials_.size()); }
-  /// Special i (0 .. nb_spe() - 1), the empty string out of range.
+  /// Special i (0 .. nb_spe() - 1), the empty string out of range; for users of the library.
   std::string _spe(int i) const;
   /// Appends a special; the new count.
   int add_spe(std::string v);
 
   /// Resets everything but the family: every piece of a file sets its own.
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:
@@ -91,7 +95,8 @@ class Raccord {
   std::string _type(const std::string& t);
 
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:

@@ -57,11 +57,11 @@ int Base::maj_typeC() {
   if (familles_C.empty()) return 1;
   // An unknown code has the empty family, and so can match a piece whose family is empty.
   std::unordered_map<int, bool> code_C;
-  const std::string colonne_famille = "Family";
+  const std::string colonne(colonne_famille);
   const auto est_C = [&](int code) {
     const auto [place, nouveau] = code_C.try_emplace(code, false);
     if (nouveau) {
-      const std::string* valeur = chercher_CL(code, colonne_famille);
+      const std::string* valeur = chercher_CL(code, colonne);
       const std::string_view famille = valeur ? std::string_view(*valeur) : std::string_view();
       place->second = familles_C.contains(famille);
     }

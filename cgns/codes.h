@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/configuration.h"
 #include "cgns/decoupage.h"
 #include "cgns/structure.h"
 
@@ -15,8 +16,8 @@ namespace topomine {
 inline constexpr char famille_periodique[] = "periodique";
 inline constexpr char famille_interface[] = "interface";
 inline constexpr char famille_sans_condition[] = "sans_condition";
-inline constexpr int bccode_paroi = 1, bccode_periodique = 8, bccode_interface = 9,
-                     bccode_autre = 13, bccode_sans_condition = 9999;
+inline constexpr int bccode_periodique = 8, bccode_interface = 9, bccode_autre = 13,
+                     bccode_sans_condition = 9999;
 
 /// A row of climite.cfg, but for its code.
 struct LigneClimite {

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "base/ecriture.h"
+#include "mesh/numbering.h"
 
 namespace topomine {
 
@@ -72,12 +73,12 @@ void ecrire_scene(std::ostream& out, const CasImporte& cas, const std::string& n
 
 void ecrire_blocs(std::ostream& out, const CasImporte& cas) {
   Plume s(out);
-  ecrire_liste(s, "Blocks", [&] {
+  ecrire_entites(s, fic_blck, [&] {
     for (std::size_t b = 0; b < cas.topologie.blocs.size(); ++b) {
       const BlocTopo& bloc = cas.topologie.blocs[b];
       const MesuresZone& m = cas.mesures[b];
       BlocEcrit e{.numero = static_cast<int>(b) + 1,
-                  .type = 30 + bloc.nb_bord,
+                  .type = type_sans_bord + bloc.nb_bord,
                   .erikson = m.erikson,
                   .exact = m.exact,
                   .mor = m.mor,
@@ -91,7 +92,7 @@ void ecrire_blocs(std::ostream& out, const CasImporte& cas) {
 
 void ecrire_faces(std::ostream& out, const CasImporte& cas, Mode mode) {
   Plume s(out);
-  ecrire_liste(s, "Faces", [&] {
+  ecrire_entites(s, fic_face, [&] {
     for (const FaceTopo& f : cas.topologie.faces) {
       const std::vector<int> bc = codes(cas, f.familles);
       std::vector<int> surfaces;
@@ -108,7 +109,7 @@ void ecrire_faces(std::ostream& out, const CasImporte& cas, Mode mode) {
 void ecrire_edges(std::ostream& out, const CasImporte& cas, Mode mode) {
   const std::size_t assez = mode == Mode::ext ? 1 : 2;  // families that must meet to be written
   Plume s(out);
-  ecrire_liste(s, "Edges", [&] {
+  ecrire_entites(s, fic_edge, [&] {
     int numero = 0;
     for (const EdgeTopo& edge : cas.topologie.edges) {
       std::vector<int> bc;
@@ -124,7 +125,7 @@ void ecrire_edges(std::ostream& out, const CasImporte& cas, Mode mode) {
 
 void ecrire_vertices(std::ostream& out, const CasImporte& cas, Mode mode) {
   Plume s(out);
-  ecrire_liste(s, "Vertices", [&] {
+  ecrire_entites(s, fic_vrtx, [&] {
     int numero = 0;
     for (const SommetTopo& v : cas.topologie.sommets) {
       std::vector<ProjectionEcrite> projections;

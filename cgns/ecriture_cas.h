@@ -3,14 +3,13 @@
 #include <iosfwd>
 #include <string>
 
+#include "base/modes.h"
 #include "cgns/scene.h"
 #include "cgns/topologie.h"
 
 namespace topomine {
 
 // The files of a case, as docs/formats.md has them.
-
-enum class Mode { ext, nrm, min };
 
 /// All that a case is written from.
 struct CasImporte {

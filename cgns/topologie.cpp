@@ -114,9 +114,8 @@ class Identification {
   }
 
   std::string ou(std::size_t zone, int place) const {
-    constexpr std::array<const char*, 6> noms{"i-min", "j-min", "k-min", "i-max", "j-max", "k-max"};
     return "bloc " + std::to_string(zone + 1) + " " +
-           noms[static_cast<std::size_t>(place_du_bloc(zone, place))];
+           noms_faces[static_cast<std::size_t>(place_du_bloc(zone, place))];
   }
 
   void classes_ecrasees() {

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/fichiers.h"
 #include "dataset/basebuffer.h"
 #include "dataset/schema.h"
 
@@ -63,7 +64,7 @@ std::vector<std::string> bases_presentes(const std::string& chemin) {
   for (fs::directory_iterator i(chemin, erreur), fin; !erreur && i != fin; i.increment(erreur)) {
     const std::string nom = i->path().filename().string();
     std::error_code absent;
-    if (fs::is_regular_file(i->path() / (nom + ".def"), absent)) noms.push_back(nom);
+    if (fs::is_regular_file(i->path() / (nom + fin_de_nom(fic_def)), absent)) noms.push_back(nom);
   }
   std::ranges::sort(noms, ordre_naturel);
   return noms;

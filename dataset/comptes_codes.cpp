@@ -25,7 +25,7 @@ std::size_t place(int bccode) {
 }
 
 std::string_view texte_bccode(int code) {
-  static const std::string colonne = "BCCODE";
+  static const std::string colonne(colonne_bccode);
   const std::string* texte = chercher_CL(code, colonne);
   return texte ? std::string_view(*texte) : std::string_view();
 }

@@ -18,7 +18,10 @@ void Block::clear() {
 }
 
 void Block::Print() const {
-  std::ostream& out = std::cout;
+  imprimer(std::cout);
+}
+
+void Block::imprimer(std::ostream& out) const {
   out << "Bloc " << id_ << '\n'
       << "Type : " << type_ << '\n'
       << "Erikson : " << erik_ << '\n'

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <iosfwd>
 
 #include "mesh/numbering.h"
 
@@ -26,7 +27,7 @@ class Block {
   double _volmoy(double v) { return volmoy_ = v; }
   double _volnsm() const { return volnsm_; }
   double _volnsm(double v) { return volnsm_ = v; }
-  /// Block shape letter, always 'H'.
+  /// Block shape letter, always 'H'; for users of the library.
   char _forme() const { return forme_; }
   /// True when the block sees a boundary condition of a piece of topology C.
   bool _typeC() const { return typeC_; }
@@ -44,7 +45,8 @@ class Block {
 
   /// Back to a fresh block, but for the type C flag and the face count, which stay.
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:

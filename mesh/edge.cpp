@@ -35,7 +35,10 @@ void Edge::clear() {
 }
 
 void Edge::Print() const {
-  std::ostream& out = std::cout;
+  imprimer(std::cout);
+}
+
+void Edge::imprimer(std::ostream& out) const {
   out << "Edge " << id_ << '\n' << "Carac : " << carac_ << '\n';
   out << "Nb vertices: " << vrtxs_.size() << '\n' << "Vertices\n";
   imprimer_places(out, "Vertex", vrtxs_, nb_vrtxs_edge);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <vector>
 
 #include "mesh/liste.h"
@@ -24,8 +25,8 @@ class Edge {
   void set_vrtxs(int v0, int v1);
 
   int nb_face() const { return topomine::taille(faces_); }
-  /// The only list that speaks: out of range it says so on standard error and waits for one
-  /// character on standard input, then answers -1 (read) or appends (write).
+  /// Unlike the other lists this one reports: out of range it writes to standard error and waits
+  /// for one character of standard input, then answers -1 (read) or appends (write).
   int _face(int i) const;
   int _face(int i, int v);
   int add_face(int v) { return topomine::ajouter(faces_, v); }
@@ -37,7 +38,8 @@ class Edge {
 
   /// Resets the edge; vertices beyond the two slots stay (see remettre_a_zero).
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:

@@ -18,7 +18,10 @@ void Face::clear() {
 }
 
 void Face::Print() const {
-  std::ostream& out = std::cout;
+  imprimer(std::cout);
+}
+
+void Face::imprimer(std::ostream& out) const {
   out << "Face " << id_ << '\n' << "Type  : " << type_ << '\n' << "Carac : " << carac_ << '\n';
   out << "Nb Edges: " << edges_.size() << '\n' << "Edges\n";
   imprimer_places(out, "Edge", edges_, nb_edges_face);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <vector>
 
 #include "mesh/liste.h"
@@ -37,6 +38,7 @@ class Face {
   int _bloc(int i, int v) { return topomine::ecrire_liste(blocs_, i, v); }
   int add_bloc(int v) { return topomine::ajouter(blocs_, v); }
 
+  /// For users of the library.
   int nb_surf() const { return topomine::taille(surfs_); }
   int _surf(int i) const { return topomine::lire_liste(surfs_, i); }
   int _surf(int i, int v) { return topomine::ecrire_liste(surfs_, i, v); }
@@ -44,7 +46,8 @@ class Face {
 
   /// Resets the face; edges beyond the four slots stay (see remettre_a_zero).
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:

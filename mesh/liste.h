@@ -36,7 +36,7 @@ inline int ecrire_liste(std::vector<int>& liste, int i, int v) {
 }
 
 /// Sets the first n elements to 0; a list that has fewer is emptied instead. Elements after the
-/// n-th stay: readers fill one record again and again, and a face with a seventh edge hands it on
+/// n-th stay: readers fill one record again and again, and a face with a fifth edge hands it on
 /// to every face read after it.
 void remettre_a_zero(std::vector<int>& liste, int n);
 

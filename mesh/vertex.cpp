@@ -7,7 +7,7 @@ using namespace topomine;
 
 namespace {
 
-void imprimer(std::ostream& out, const Triplet& t) {
+void imprimer_triplet(std::ostream& out, const Triplet& t) {
   out << '(' << t._x() << ',' << t._y() << ',' << t._z() << ")\n";
 }
 
@@ -80,17 +80,20 @@ void Vertex::clear() {
 }
 
 void Vertex::Print() const {
-  std::ostream& out = std::cout;
+  imprimer(std::cout);
+}
+
+void Vertex::imprimer(std::ostream& out) const {
   out << "Vertex " << id_ << '\n' << "Coordonn\351es ";
-  imprimer(out, pos_);
+  imprimer_triplet(out, pos_);
   out << "Nb projections : " << projs_.size() << '\n';
   if (!projs_.empty()) out << "Projections : \n";
   for (std::size_t k = 0; k < projs_.size(); ++k) {
     out << "  projection " << k << '\n' << "     Fam_surf : " << projs_[k]._surf() << '\n';
     out << "     Coordonn\351es  ";
-    imprimer(out, projs_[k]._point());
+    imprimer_triplet(out, projs_[k]._point());
     out << "     Normale      ";
-    imprimer(out, projs_[k]._normale());
+    imprimer_triplet(out, projs_[k]._normale());
   }
   imprimer_liste(out, "Nb edges: ", "Edges : ", edges_);
   out << '\n';

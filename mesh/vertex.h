@@ -1,13 +1,14 @@
 #pragma once
 
+#include <iosfwd>
 #include <vector>
 
 #include "mesh/geometry.h"
 #include "mesh/liste.h"
 
-/// A vertex: its position, its projections onto surfaces of the geometry, and the edges that end at
-/// it (filled by Base::make_link). Lists: a read out of range answers -1, a write out of range
-/// appends; add_edge returns the new count.
+/// A vertex: its position in the unit of the mesh files, its projections onto surfaces of the
+/// geometry, and the edges that end at it (filled by Base::make_link). Lists: a read out of range
+/// answers -1, a write out of range appends; add_edge returns the new count.
 class Vertex {
  public:
   /// Number of the vertex, unique among the vertices of a base.
@@ -40,7 +41,8 @@ class Vertex {
   bool get_proj(int k, int& surf, double& nx, double& ny, double& nz) const;
 
   void clear();
-  /// Listing on standard output.
+  /// Listing, on standard output for Print.
+  void imprimer(std::ostream& out) const;
   void Print() const;
 
  private:

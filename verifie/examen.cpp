@@ -66,8 +66,7 @@ void Examen::signaler(Code code, Fichier f, const std::string& quoi, int ligne) 
 }
 
 const char* sorte(Fichier f) {
-  constexpr std::array<const char*, nb_fichiers> noms{"scene", "bloc", "face", "edge", "vertex"};
-  return noms[f];
+  return sortes_de_fichier[f].sorte;
 }
 
 std::string enumerer(std::span<const int> numeros) {

@@ -166,31 +166,21 @@ class Inventaire {
   int rang_ = 0;
 };
 
-struct Corps {
-  const char* racine;
-  const char* sorte;
-  const Contenu* contenu;
-};
-
 /// By Fichier.
-constexpr std::array<Corps, nb_fichiers> corps{{{"definition_scene", "scene", &scene},
-                                                {"Blocks", "bloc", &bloc},
-                                                {"Faces", "face", &face},
-                                                {"Edges", "edge", &edge},
-                                                {"Vertices", "vertex", &vertex}}};
+constexpr std::array<const Contenu*, nb_fichiers> contenus{&scene, &bloc, &face, &edge, &vertex};
 
 }  // namespace
 
 void inventorier(CasLu& r, Fichier f, const DocumentXml& doc) {
-  const Corps& c = corps[f];
+  const SorteDeFichier& c = sortes_de_fichier[f];
   const Noeud racine = doc.noeud().premier(c.racine);
   if (!racine) return;
   if (const Noeud seconde = racine.suivant(c.racine))
     r.signaler(Code::element_en_double, f, seconde.ligne(), "fichier", "",
                std::string(c.racine) + " donne deux fois, le premier est lu");
   Inventaire i(r, f);
-  if (f != fic_def) return i.liste(racine, c.sorte, *c.contenu, "Ident");
-  i.entite(racine, c.sorte, *c.contenu);
+  if (f != fic_def) return i.liste(racine, c.sorte, *contenus[f], "Ident");
+  i.entite(racine, c.sorte, *contenus[f]);
   if (const Noeud avion = racine.premier("reference_avion"))
     for (Noeud e = avion.premier(); e; e = e.suivant())
       r.lignes_avion.try_emplace(e.valeur(), e.ligne());

@@ -14,7 +14,7 @@ class DocumentXml;
 class Noeud;
 
 /// What a file that could not be read is.
-const char* dire(Lecture lecture);
+const char* texte_de(Lecture lecture);
 Code code_de(Lecture lecture);
 
 /// Reads the files once more, where there are findings, for the lines of their elements.

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "base/configuration.h"
 #include "base/lecture/climite.h"
 #include "texte/nombres.h"
 #include "verifie/journal_constats.h"
@@ -128,7 +129,7 @@ ConfigLue lire_config(const std::string& chemin) {
     lire_config_strict(r, texte);
   else
     r.constats.push_back({code_de(lecture), r.nom, 1, "fichier", "",
-                          std::string(dire(lecture)) + ", aucun code n'est connu"});
+                          std::string(texte_de(lecture)) + ", aucun code n'est connu"});
   return r;
 }
 

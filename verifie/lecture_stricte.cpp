@@ -55,7 +55,7 @@ bool ouvrir(CasLu& r, Fichier f, DocumentXml& doc) {
   };
   std::string texte;
   if (const Lecture lecture = lire_fichier(r.noms[f], texte); lecture != Lecture::faite)
-    return dire_faute(FauteOctets{code_de(lecture), 1, dire(lecture)});
+    return dire_faute(FauteOctets{code_de(lecture), 1, texte_de(lecture)});
   const auto codage = faute_codage(texte);
   const auto toleree = tolerance(texte);
   const bool lisible = analyser_xml(std::move(texte), doc, true);
@@ -69,13 +69,6 @@ bool ouvrir(CasLu& r, Fichier f, DocumentXml& doc) {
   return dire_faute(FauteOctets{Code::document_vide, 1, "coupe avant son premier element"});
 }
 
-struct SorteDeFichier {
-  const char* suffixe;
-  const char* racine;
-  const char* entites;  // what it holds, for a file that holds none
-  Marche marche;
-};
-
 bool parcourir_def(Base& base, const DocumentXml& doc, const std::string& fichier,
                    Journal& journal) {
   return parcourir_plane(base, doc, fichier, journal) &&
@@ -83,17 +76,12 @@ bool parcourir_def(Base& base, const DocumentXml& doc, const std::string& fichie
 }
 
 /// By Fichier.
-constexpr std::array<SorteDeFichier, nb_fichiers> sortes{{
-    {".def", "definition_scene", "", parcourir_def},
-    {".blck", "Blocks", "bloc", parcourir_blocs},
-    {".face", "Faces", "face", parcourir_faces},
-    {".edge", "Edges", "edge", parcourir_edges},
-    {".vrtx", "Vertices", "vertex", parcourir_vrtxs},
-}};
+constexpr std::array<Marche, nb_fichiers> marches{parcourir_def, parcourir_blocs, parcourir_faces,
+                                                  parcourir_edges, parcourir_vrtxs};
 
 }  // namespace
 
-const char* dire(Lecture lecture) {
+const char* texte_de(Lecture lecture) {
   switch (lecture) {
     case Lecture::absente:
       return "absent";
@@ -118,7 +106,7 @@ Code code_de(Lecture lecture) {
 }
 
 void lire_document_strict(CasLu& r, Fichier f, const DocumentXml& doc) {
-  const SorteDeFichier& sorte = sortes[f];
+  const SorteDeFichier& sorte = sortes_de_fichier[f];
   if (!doc.noeud().premier(sorte.racine)) {
     r.signaler(Code::racine_absente, f, 1, "fichier", "",
                std::string("pas d'element ") + sorte.racine);
@@ -128,13 +116,13 @@ void lire_document_strict(CasLu& r, Fichier f, const DocumentXml& doc) {
   r.base.disp = false;
   const std::size_t avant = r.constats.size();
   JournalConstats journal(r, f);
-  sorte.marche(r.base, doc, r.noms[f], journal);
+  marches[f](r.base, doc, r.noms[f], journal);
   inventorier(r, f, doc);
   if (f == fic_def || !r.lignes[f].empty() || r.perdus[f] > 0) return;
   r.lus[f] = false;
   if (r.constats.size() > avant) return;  // what tells why there are none
   r.signaler(Code::base_vide, f, doc.noeud().premier(sorte.racine).ligne(), "fichier", "",
-             std::string("aucune entite ") + sorte.entites);
+             std::string("aucune entite ") + sorte.sorte);
 }
 
 int CasLu::ligne(Fichier f, int numero) const {
@@ -175,8 +163,7 @@ CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::str
   r.base = Base(nom, chemin, mode);
   r.base.gen_nom_base();
   for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
-    const std::string milieu = f == fic_def ? "" : "_" + mode;
-    r.noms[f] = r.base.nom_base + milieu + sortes[f].suffixe;
+    r.noms[f] = r.base.nom_base + fin_de_nom(f, mode);
     if (DocumentXml doc; ouvrir(r, f, doc)) lire_document_strict(r, f, doc);
   }
   return r;

@@ -10,15 +10,13 @@
 #include <vector>
 
 #include "base/base.h"
+#include "base/fichiers.h"
 #include "verifie/constat.h"
 
 namespace topomine {
 
 // A strict reading of a case, for people who repair it: it goes on after a fault, says each one
 // with its place, and knows the line of everything it has read. It never writes on the consoles.
-
-/// The files of a base, in the order in which they are read and reported.
-enum Fichier { fic_def, fic_blck, fic_face, fic_edge, fic_vrtx, nb_fichiers };
 
 /// What could not be read of an entity.
 enum Partie : unsigned { partie_liens = 1, partie_codes = 2, partie_valeurs = 4 };

@@ -6,14 +6,12 @@
 #include <utility>
 #include <vector>
 
+#include "mesh/numbering.h"
 #include "verifie/examen.h"
 
 namespace topomine {
 
 namespace {
-
-constexpr std::array<const char*, nb_faces_bloc> cotes{"i-min", "j-min", "k-min",
-                                                       "i-max", "j-max", "k-max"};
 
 bool opposees(int s, int t) {
   return s % 3 == t % 3;
@@ -69,7 +67,7 @@ class Assemblage {
     }
   }
 
-  static std::string place(int s) { return std::to_string(s + 1) + " (" + au(cotes, s) + ")"; }
+  static std::string place(int s) { return std::to_string(s + 1) + " (" + au(noms_faces, s) + ")"; }
   static std::string champ(int s) { return "Faces/Face/" + std::to_string(s + 1); }
   /// The face in a slot when it can be judged.
   bool sure(const Faces& faces, int s) const {

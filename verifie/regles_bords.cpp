@@ -4,7 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/modes.h"
 #include "dataset/schema.h"
+#include "mesh/numbering.h"
 #include "verifie/catalogue.h"
 #include "verifie/examen.h"
 
@@ -13,7 +15,7 @@ namespace topomine {
 namespace {
 
 constexpr char codes_de[] = "Boundary_Conditions";
-constexpr int type_de_base = 30, type_max = 39;
+constexpr int type_max = 39;
 static_assert(schema[col_type].type == "{30,31,32,33,34,35,36,37,38,39}");
 
 using Codes = std::vector<int>;
@@ -118,8 +120,6 @@ void regle_codes_de_face(Examen& x) {
 }
 
 namespace {
-
-enum class Mode { ext, nrm, min };
 
 /// What the codes of an edge are beside those of the faces that it bounds.
 struct Accord {
@@ -258,9 +258,8 @@ void regle_codes_d_edge(Examen& x) {
   if (!x.lus({fic_edge})) return;
   codes_repetes(x);
   if (x.liens_perdus || !x.lus({fic_blck, fic_face}) || x.cas.perdus[fic_face] > 0) return;
-  for (const auto& [nom, mode] :
-       {std::pair{"ext", Mode::ext}, {"nrm", Mode::nrm}, {"min", Mode::min}})
-    if (x.cas.base.type == nom) CodesDEdge(x, mode).examiner();
+  for (const Mode mode : tous_les_modes)
+    if (x.cas.base.type == nom(mode)) CodesDEdge(x, mode).examiner();
 }
 
 void regle_types(Examen& x) {
@@ -275,7 +274,7 @@ void regle_types(Examen& x) {
   for (int b = 0; b < x.maille.num_blocs.nb(); ++b) {
     const int type = au(x.blocs, b)->_type();
     if (x.cas.illisible(fic_blck, x.numero(fic_blck, b), partie_valeurs)) continue;
-    if (type < type_de_base || type > type_max) {
+    if (type < type_sans_bord || type > type_max) {
       x.signaler(Code::type_hors, fic_blck, b, "type " + std::to_string(type) + " hors de 30 a 39",
                  "Type");
       continue;
@@ -285,7 +284,7 @@ void regle_types(Examen& x) {
                             [&](int f) { return f >= 0 && x.est_douteux(fic_face, f); }))
       continue;
     ++juges;
-    if (type != type_de_base + au_bord(b)) faux.push_back(b);
+    if (type != type_sans_bord + au_bord(b)) faux.push_back(b);
   }
   if (faux.size() * 2 > juges && juges > 1) return;  // this case numbers its types in another way
   for (const int b : faux)

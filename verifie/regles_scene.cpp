@@ -4,14 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "base/configuration.h"
 #include "verifie/catalogue.h"
 #include "verifie/examen.h"
 
 namespace topomine {
 
 namespace {
-
-constexpr int bccode_paroi = 1;
 
 /// Families of the codes that faces or edges bear.
 struct Vues {

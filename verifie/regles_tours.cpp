@@ -14,8 +14,6 @@ namespace topomine {
 
 namespace {
 
-constexpr std::array<const char*, nb_edges_face> cotes{"l-min", "m-min", "l-max", "m-max"};
-
 using Bouts = std::pair<int, int>;  ///< vertices, the lower rank first
 
 int commun(const std::array<int, 2>& x, const std::array<int, 2>& y) {
@@ -212,8 +210,8 @@ class Tours {
       const int juste = m_.edge_entre(s.attendus.first, s.attendus.second);
       if (juste == inconnu) continue;
       x_.signaler(Code::tour_rompu, fic_face, r.face,
-                  std::string("edge ") + std::to_string(s.place + 1) + " (" + au(cotes, s.place) +
-                      ") : " + std::to_string(numero(s.edge)) +
+                  std::string("edge ") + std::to_string(s.place + 1) + " (" +
+                      au(noms_edges, s.place) + ") : " + std::to_string(numero(s.edge)) +
                       " ne touche pas ses voisines, on y attend " + std::to_string(numero(juste)),
                   "Edge/" + std::to_string(s.place + 1));
       poser(r.face, s);
@@ -221,7 +219,7 @@ class Tours {
     }
     if (const int place = de_trop(t); place >= 0) {
       x_.signaler(Code::tour_rompu, fic_face, r.face,
-                  std::string("edge ") + std::to_string(place + 1) + " (" + au(cotes, place) +
+                  std::string("edge ") + std::to_string(place + 1) + " (" + au(noms_edges, place) +
                       ") de trop, la case devrait etre vide",
                   "Edge/" + std::to_string(place + 1));
       au(m_.faces, r.face)[static_cast<std::size_t>(place)] = vide;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 
-#include "base/limites.h"
+#include "base/conditions.h"
 #include "dataset/caracteristiques.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
@@ -100,7 +100,7 @@ class Bords {
     codes_.emplace_back();
     for (int i = 0; i < entite.nb_BC(); ++i) codes_.back().push_back(entite._BC(i));
     for (const int code : codes_.back())
-      if (!limites_.contains(code)) limites_.emplace(code, limite_de(base_, code));
+      if (!limites_.contains(code)) limites_.emplace(code, condition_limite(base_, code));
   }
 
   void ecrire(Construction& c) const {
@@ -155,7 +155,7 @@ class Bords {
 
   const Base& base_;
   std::vector<std::vector<int>> codes_;
-  std::map<int, Limite> limites_;
+  std::map<int, ConditionLimite> limites_;
 };
 
 /// The grid of faces and edges, with what is known of each.

@@ -2,14 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <string_view>
 
 #include "app/topodata/console.h"
 #include "base/base.h"
 #include "base/configuration.h"
+#include "base/fichiers.h"
 #include "base/lecture/chargement.h"
+#include "base/modes.h"
 #include "dataset/schema.h"
 
 namespace topomine {
@@ -19,7 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view toutes = "toutes";
-constexpr std::array<std::string_view, 3> modes{"ext", "nrm", "min"};
 
 /// Files of every mode: no output may overwrite any file of a base.
 void inscrire_entrees(const std::string& dossier, const std::vector<std::string>& noms) {
@@ -27,10 +27,10 @@ void inscrire_entrees(const std::string& dossier, const std::vector<std::string>
   for (const std::string& nom : noms) {
     std::string debut = dossier;
     debut.append(nom).append("/").append(nom);
-    inscrire_entree(debut + ".def");
-    for (const std::string_view mode : modes)
-      for (const char* fin : {".blck", ".face", ".edge", ".vrtx"})
-        inscrire_entree(debut + "_" + std::string(mode) + fin);
+    inscrire_entree(debut + fin_de_nom(fic_def));
+    for (const std::string_view mode : noms_des_modes)
+      for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx})
+        inscrire_entree(debut + fin_de_nom(f, mode));
   }
 }
 
@@ -129,7 +129,7 @@ void option_avec(CLI::App& commande, Cible& cible) {
 }
 
 void controler(Cible& cible, bool bases_absentes) {
-  if (std::ranges::find(modes, cible.mode) == modes.end())
+  if (std::ranges::find(noms_des_modes, cible.mode) == noms_des_modes.end())
     throw Erreur("mode inconnu : '" + cible.mode + "' (attendu : ext, nrm ou min)");
   std::vector<fs::path> vus;
   const auto controler_dossier = [&](std::string& dossier) {
@@ -148,7 +148,7 @@ void charger_base(Base& base, Progres& progres) {
   progres.etape("lecture de " + base.nom);
   const Chargement c = charger(base);
   if (!c.fait)
-    throw Erreur("base " + base.nom + " non chargee : " + c.dit +
+    throw Erreur("base " + base.nom + " non chargee : " + c.raison +
                  " ; topodata verifie dit tout ce qui n'y va pas");
   if (c.avertissements.empty()) return;
   progres.effacer();

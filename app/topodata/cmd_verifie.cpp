@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <memory>
 #include <set>
@@ -11,13 +10,12 @@
 #include "app/topodata/console.h"
 #include "app/topodata/options.h"
 #include "app/topodata/rapport.h"
+#include "base/modes.h"
 #include "verifie/regles.h"
 
 namespace topomine {
 
 namespace {
-
-constexpr std::array<const char*, 3> tous_les_modes{"ext", "nrm", "min"};
 
 struct Options {
   Cible cible;
@@ -140,10 +138,10 @@ int executer(Options& o) {
 }
 
 void lire_modes(const std::string& texte, std::vector<std::string>& modes) {
-  modes = texte == "toutes" ? std::vector<std::string>(tous_les_modes.begin(), tous_les_modes.end())
+  modes = texte == "toutes" ? std::vector<std::string>(noms_des_modes.begin(), noms_des_modes.end())
                             : decouper(texte);
   const bool connus = std::ranges::all_of(modes, [](const std::string& mode) {
-    return std::ranges::find(tous_les_modes, mode) != tous_les_modes.end();
+    return std::ranges::find(noms_des_modes, mode) != noms_des_modes.end();
   });
   if (modes.empty() || !connus)
     throw CLI::ValidationError("--modes",

@@ -1,10 +1,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <iostream>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string_view>
 
 #include "app/topodata/commandes.h"
@@ -13,7 +13,7 @@
 #include "app/topodata/recherche.h"
 #include "app/topodata/une_base.h"
 #include "base/base.h"
-#include "base/limites.h"
+#include "base/conditions.h"
 #include "mesh/numbering.h"
 #include "verifie/constat.h"
 
@@ -31,47 +31,45 @@ struct Options {
 /// Kinds in the order of their listing numbers, from 1.
 constexpr std::array<const char*, 7> sortes{"bloc",  "face",  "edge",   "vertex",
                                             "avion", "piece", "raccord"};
-constexpr std::array<const char*, nb_faces_bloc> cases{"i-min", "j-min", "k-min",
-                                                       "i-max", "j-max", "k-max"};
 
 int numero_sorte(const std::string& nom) {
   return 1 + static_cast<int>(std::ranges::find(sortes, nom) - sortes.begin());
 }
 
-/// Prints entity n of a table numbered by the files.
+/// Lists entity n of a table numbered by the files.
 template <class Entite>
-bool imprimer(const std::map<int, Entite>& table, int n) {
+bool imprimer(std::ostream& out, const std::map<int, Entite>& table, int n) {
   const auto trouve = table.find(n);
   if (trouve == table.end()) return false;
-  trouve->second.Print();
+  trouve->second.imprimer(out);
   return true;
 }
 
 /// Entities by number, pieces and junctions by rank from 1. False when there is none.
-bool voir_element(const Base& base, const std::string& sorte, int n) {
+bool voir_element(std::ostream& out, const Base& base, const std::string& sorte, int n) {
   const auto rang_dans = [n](std::size_t nb) { return n >= 1 && static_cast<unsigned>(n) <= nb; };
   switch (sorte.empty() ? 0 : numero_sorte(sorte)) {
     case 0:
       if (!base.blocs.contains(n) && !base.faces.contains(n) && !base.edges.contains(n) &&
           !base.vrtxs.contains(n))
         return false;
-      base.Print_elem(n);
+      base.imprimer_elem(out, n);
       return true;
     case 1:
-      return imprimer(base.blocs, n);
+      return imprimer(out, base.blocs, n);
     case 2:
-      return imprimer(base.faces, n);
+      return imprimer(out, base.faces, n);
     case 3:
-      return imprimer(base.edges, n);
+      return imprimer(out, base.edges, n);
     case 4:
-      return imprimer(base.vrtxs, n);
+      return imprimer(out, base.vrtxs, n);
     case 6:
       if (!rang_dans(base.pieces.size())) return false;
-      std::next(base.pieces.begin(), n - 1)->second.Print();
+      std::next(base.pieces.begin(), n - 1)->second.imprimer(out);
       return true;
     case 7:
       if (!rang_dans(base.raccords.size())) return false;
-      base.raccords[static_cast<std::size_t>(n - 1)].Print();
+      base.raccords[static_cast<std::size_t>(n - 1)].imprimer(out);
       return true;
     default:
       return false;
@@ -84,80 +82,80 @@ void exiger_bloc(const Base& base, int b) {
 }
 
 /// ", code 103, famille paroi_aile, BCCODE 1" for each code of a face.
-void voir_limites(TableLimites& limites, const Face& face) {
+void voir_conditions(std::ostream& out, TableConditions& conditions, const Face& face) {
   for (int i = 0; i < face.nb_BC(); ++i) {
-    const Limite& l = limites[face._BC(i)];
-    std::cout << ", code " << l.code;
+    const ConditionLimite& l = conditions[face._BC(i)];
+    out << ", code " << l.code;
     if (!l.connue)
-      std::cout << " inconnu de climite.cfg";
+      out << " inconnu de climite.cfg";
     else
-      std::cout << ", famille " << (l.famille.empty() ? "-" : citer(l.famille)) << ", BCCODE "
-                << l.bccode;
+      out << ", famille " << (l.famille.empty() ? "-" : citer(l.famille)) << ", BCCODE "
+          << l.bccode;
   }
 }
 
-void voir_voisins(const Base& base, int b) {
+void voir_voisins(std::ostream& out, const Base& base, int b) {
   exiger_bloc(base, b);
   const std::vector<int> voisins = base.vois_bloc(b);
-  TableLimites limites(base);
-  std::cout << "Bloc " << b << " : " << voisins.size() << " voisin(s)\n";
+  TableConditions conditions(base);
+  out << "Bloc " << b << " : " << voisins.size() << " voisin(s)\n";
   for (int i = 0; i < nb_faces_bloc; ++i) {
     const int f = base.blk_face(b, i);
-    std::cout << "  " << cases[static_cast<std::size_t>(i)] << " : ";
+    out << "  " << noms_faces[static_cast<std::size_t>(i)] << " : ";
     if (f == 0) {
-      std::cout << "pas de face\n";
+      out << "pas de face\n";
       continue;
     }
     const auto face = base.faces.find(f);
     if (face != base.faces.end() && face->second._id() == 0) {  // made by the links
-      std::cout << "face " << f << " absente du fichier, ou " << f << " sous-faces\n";
+      out << "face " << f << " absente du fichier, ou " << f << " sous-faces\n";
       continue;
     }
-    std::cout << "face " << f << " :";
+    out << "face " << f << " :";
     bool seul = true;
     for (int n = 0; face != base.faces.end() && n < face->second.nb_bloc(); ++n) {
       if (face->second._bloc(n) == b) continue;
-      std::cout << ' ' << face->second._bloc(n);
+      out << ' ' << face->second._bloc(n);
       seul = false;
     }
-    if (seul) std::cout << " bord";
-    if (face != base.faces.end()) voir_limites(limites, face->second);
-    std::cout << '\n';
+    if (seul) out << " bord";
+    if (face != base.faces.end()) voir_conditions(out, conditions, face->second);
+    out << '\n';
   }
 }
 
-void voir_coins(const Base& base, int b) {
+void voir_coins(std::ostream& out, const Base& base, int b) {
   exiger_bloc(base, b);
-  std::cout << "Bloc " << b << '\n';
+  out << "Bloc " << b << '\n';
   for (int coin = 0; coin < 8; ++coin) {
     const int i = coin & 1, j = coin >> 1 & 1, k = coin >> 2;
     const int v = base.blk_vrtx_ijk(b, i, j, k);
-    std::cout << "  coin (" << i << ',' << j << ',' << k << ") : ";
+    out << "  coin (" << i << ',' << j << ',' << k << ") : ";
     if (v == -2)
-      std::cout << "case vide\n";
+      out << "case vide\n";
     else if (v == -3)
-      std::cout << "face ou edge inexistante\n";
+      out << "face ou edge inexistante\n";
     else if (v < 1)
-      std::cout << "pas de sommet commun\n";
+      out << "pas de sommet commun\n";
     else {
       double x = 0, y = 0, z = 0;
       if (const auto s = base.vrtxs.find(v); s != base.vrtxs.end()) s->second.get_pos(x, y, z);
-      std::cout << "vertex " << v << " (" << x << ',' << y << ',' << z << ")\n";
+      out << "vertex " << v << " (" << x << ',' << y << ',' << z << ")\n";
     }
   }
 }
 
-void montrer(const Base& base, const Options& o) {
-  if (o.voisins) voir_voisins(base, *o.voisins);
-  if (o.coins) voir_coins(base, *o.coins);
+void montrer(std::ostream& out, const Base& base, const Options& o) {
+  if (o.voisins) voir_voisins(out, base, *o.voisins);
+  if (o.coins) voir_coins(out, base, *o.coins);
   if (o.element) {
-    if (!voir_element(base, o.sorte, *o.element))
+    if (!voir_element(out, base, o.sorte, *o.element))
       throw Erreur((o.sorte.empty() ? "element" : o.sorte) + " " + std::to_string(*o.element) +
                    " inexistant dans " + base.nom);
   } else if (!o.sorte.empty()) {
-    base.Print(numero_sorte(o.sorte), false);
+    base.imprimer(out, numero_sorte(o.sorte), false);
   } else if (!o.voisins && !o.coins) {
-    base.Print(false);
+    base.imprimer(out, false);
   }
 }
 
@@ -172,11 +170,12 @@ void executer(Options& o) {
   std::size_t trouves = 0;
   Sortie sortie("");
   {
-    const Listing listing(sortie.flux());
+    TamponLecteur tampon(sortie.flux());
+    std::ostream listing(&tampon);
     if (o.cherche.empty())
-      montrer(base, o);
+      montrer(listing, base, o);
     else
-      trouves = chercher_blocs(base, o.cherche, std::cout);
+      trouves = chercher_blocs(base, o.cherche, listing);
   }
   sortie.conclure();
   if (!o.cherche.empty())

@@ -6,6 +6,8 @@
 #include <ostream>
 #include <system_error>
 
+#include "base/fichiers.h"
+#include "base/modes.h"
 #include "dataset/schema.h"
 #include "verifie/catalogue.h"
 
@@ -17,7 +19,7 @@ namespace {
 
 using Textes = std::vector<std::string>;
 
-const Textes modes{"ext", "nrm", "min"};
+const Textes modes(noms_des_modes.begin(), noms_des_modes.end());
 
 /// What is already on the command line.
 struct Ligne {
@@ -59,7 +61,7 @@ Textes bases_du_dossier(const std::string& chemin) {
     std::error_code refus;
     for (fs::directory_iterator f(d->path(), refus); !refus && f != fin; f.increment(refus)) {
       const std::string fichier = f->path().filename().string();
-      if (!fichier.starts_with(nom + '_') && fichier != nom + ".def") continue;
+      if (!fichier.starts_with(nom + '_') && fichier != nom + fin_de_nom(fic_def)) continue;
       noms.push_back(nom);
       break;
     }

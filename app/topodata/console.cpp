@@ -51,21 +51,14 @@ void dire(std::string_view texte) {
   std::cerr << "topodata : " + pour_lecteur(texte) + '\n' << std::flush;
 }
 
-Listing::Listing(std::ostream& flux) : flux_(flux), avant_(std::cout.rdbuf(this)) {}
-
-Listing::~Listing() {
-  std::cout.rdbuf(avant_);
-  passer();
-}
-
-Listing::int_type Listing::overflow(int_type c) {
+TamponLecteur::int_type TamponLecteur::overflow(int_type c) {
   if (traits_type::eq_int_type(c, traits_type::eof())) return traits_type::not_eof(c);
   ligne_ += traits_type::to_char_type(c);
   if (ligne_.back() == '\n') passer();  // whole lines: no character is cut in two
   return c;
 }
 
-void Listing::passer() {
+void TamponLecteur::passer() {
   const bool entiere = ligne_.ends_with('\n');
   if (entiere) ligne_.pop_back();
   flux_ << pour_lecteur(ligne_) << (entiere ? "\n" : "");

@@ -19,11 +19,11 @@ std::string pour_lecteur(std::string_view texte);
 /// Says one line on standard error: "topodata : " and the text.
 void dire(std::string_view texte);
 
-/// While it lives, what the library lists on std::cout goes to `flux`, in the reader's encoding.
-class Listing : std::streambuf {
+/// What is written to `flux` through it, line by line, is in the reader's encoding.
+class TamponLecteur : public std::streambuf {
  public:
-  explicit Listing(std::ostream& flux);
-  ~Listing() override;
+  explicit TamponLecteur(std::ostream& flux) : flux_(flux) {}
+  ~TamponLecteur() override { passer(); }
 
  private:
   int_type overflow(int_type c) override;
@@ -31,7 +31,6 @@ class Listing : std::streambuf {
 
   std::ostream& flux_;
   std::string ligne_;  // not passed on yet
-  std::streambuf* avant_;
 };
 
 }  // namespace topomine

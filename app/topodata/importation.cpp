@@ -12,11 +12,15 @@
 #include "app/topodata/depot.h"
 #include "app/topodata/progres.h"
 #include "app/topodata/sortie.h"
+#include "base/configuration.h"
+#include "base/fichiers.h"
 #include "base/lecture/climite.h"
 #include "base/lecture/fichier.h"
+#include "base/modes.h"
 #include "cgns/ecriture_cas.h"
 #include "cgns/enfant.h"
 #include "dataset/csv.h"
+#include "mesh/numbering.h"
 #include "texte/affichable.h"
 #include "texte/nombres.h"
 #include "verifie/catalogue.h"
@@ -81,17 +85,15 @@ class Climite {
       if (f.nouvelle) ajout += rangee(f);
     if (ajout.empty()) return nullptr;
     auto sortie = std::make_unique<Sortie>(fichier_);
-    sortie->flux() << (texte_.empty() ? std::string(entete) : texte_) << ajout;
+    sortie->flux() << (texte_.empty() ? entete_climite : std::string_view(texte_)) << ajout;
     sortie->fermer();
     return sortie;
   }
 
  private:
-  static constexpr char entete[] = "Damas code;BCCODE;Family;\n";
-
   /// A field per column of the header there is; empty in those that are not ours.
   std::string rangee(const Famille& f) const {
-    LignesClimite lignes(texte_.empty() ? std::string_view(entete) : texte_);
+    LignesClimite lignes(texte_.empty() ? entete_climite : std::string_view(texte_));
     lignes.suivante();
     std::string r;
     for (const std::string_view colonne : lignes.champs()) {
@@ -139,16 +141,17 @@ void imposer(SceneSuggeree& scene, const std::map<std::string, char>& lettres,
 
 void ecrire_fichiers(Depot& depot, const CasImporte& cas, const std::string& base,
                      const std::string& voulus) {
-  depot.ecrire(base + ".def", [&](std::ostream& out) { ecrire_scene(out, cas, base); });
-  for (const auto& [mode, texte] :
-       {std::pair{Mode::ext, "ext"}, {Mode::nrm, "nrm"}, {Mode::min, "min"}}) {
-    if (voulus != "toutes" && voulus != texte) continue;
-    const Mode m = mode;
-    const std::string debut = base + "_" + texte;
-    depot.ecrire(debut + ".blck", [&](std::ostream& out) { ecrire_blocs(out, cas); });
-    depot.ecrire(debut + ".face", [&](std::ostream& out) { ecrire_faces(out, cas, m); });
-    depot.ecrire(debut + ".edge", [&](std::ostream& out) { ecrire_edges(out, cas, m); });
-    depot.ecrire(debut + ".vrtx", [&](std::ostream& out) { ecrire_vertices(out, cas, m); });
+  depot.ecrire(base + fin_de_nom(fic_def),
+               [&](std::ostream& out) { ecrire_scene(out, cas, base); });
+  for (const Mode mode : tous_les_modes) {
+    if (voulus != "toutes" && voulus != nom(mode)) continue;
+    const auto ecrire = [&](Fichier f, auto corps) {
+      depot.ecrire(base + fin_de_nom(f, nom(mode)), corps);
+    };
+    ecrire(fic_blck, [&](std::ostream& out) { ecrire_blocs(out, cas); });
+    ecrire(fic_face, [&](std::ostream& out) { ecrire_faces(out, cas, mode); });
+    ecrire(fic_edge, [&](std::ostream& out) { ecrire_edges(out, cas, mode); });
+    ecrire(fic_vrtx, [&](std::ostream& out) { ecrire_vertices(out, cas, mode); });
   }
 }
 
@@ -157,7 +160,7 @@ void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::st
     const Zone& z = cas.structure.zones[b];
     out << "bloc " << b + 1 << " : zone '" << pour_lecteur(z.nom) << "', " << z.taille[0] - 1
         << " x " << z.taille[1] - 1 << " x " << z.taille[2] - 1 << " cellules, type "
-        << 30 + cas.topologie.blocs[b].nb_bord
+        << type_sans_bord + cas.topologie.blocs[b].nb_bord
         << (cas.mesures[b].gauche ? ", repere gauche : i retourne\n" : "\n");
   }
   std::vector<int> faces(cas.familles.liste.size());

@@ -10,7 +10,8 @@
 #include "app/topodata/attributs.h"
 #include "app/topodata/cible.h"
 #include "app/topodata/une_base.h"
-#include "base/limites.h"
+#include "base/conditions.h"
+#include "base/configuration.h"
 #include "dataset/caracteristiques.h"
 #include "dataset/motifs.h"
 #include "mesh/numbering.h"
@@ -65,7 +66,8 @@ bool meme_nom(const std::string& famille, const std::string& voulue) {
 
 void exiger_famille(const Base& base, const std::string& voulue) {
   std::set<std::string> noms;
-  for (const auto& [code, colonnes] : Base::list_CLim) noms.insert(base._CL(code, "Family"));
+  for (const auto& [code, colonnes] : Base::list_CLim)
+    noms.insert(base._CL(code, std::string(colonne_famille)));
   noms.erase("");
   if (std::ranges::any_of(noms, [&](const auto& nom) { return meme_nom(nom, voulue); })) return;
   const std::string proche = nom_le_plus_proche(voulue, {noms.begin(), noms.end()});
@@ -81,7 +83,7 @@ Condition condition_de_bord(const Base& base, const Parts& p, const std::string&
     exiger_famille(base, p.valeur);
   else if (!numero)
     refuser(texte, "'" + p.valeur + "' n'est pas un entier de -2147483648 a 2147483647");
-  const auto voulue = [p, numero](const Limite& l) {
+  const auto voulue = [p, numero](const ConditionLimite& l) {
     if (p.nom == "famille") return meme_nom(l.famille, p.valeur);
     return (p.nom == "code" ? l.code : l.bccode) == *numero;
   };
@@ -91,7 +93,7 @@ Condition condition_de_bord(const Base& base, const Parts& p, const std::string&
   for (const auto& [f, face] : base.faces)
     for (int i = 0; i < face.nb_BC() && !faces.contains(f); ++i) {
       const auto [code, nouveau] = codes.try_emplace(face._BC(i));
-      if (nouveau) code->second = voulue(limite_de(base, code->first));
+      if (nouveau) code->second = voulue(condition_limite(base, code->first));
       if (code->second) faces.insert(f);
     }
   return [p, faces](const Block& bloc, const Ligne&) -> std::optional<std::string> {

@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "app/topodata/une_base.h"
-#include "base/limites.h"
+#include "base/conditions.h"
 #include "dataset/caracteristiques.h"
 #include "dataset/schema.h"
 #include "texte/nombres.h"
@@ -91,7 +91,7 @@ class Familles {
       for (int i = 0; i < face.nb_BC(); ++i) {
         const auto [code, nouveau] = codes_.try_emplace(face._BC(i));
         if (!nouveau) continue;
-        const Limite l = limite_de(base, code->first);
+        const ConditionLimite l = condition_limite(base, code->first);
         code->second.paroi = l.paroi;
         noms[{!l.paroi, nom_de(l)}].push_back(l.code);
       }
@@ -119,7 +119,7 @@ class Familles {
   }
 
  private:
-  static std::string nom_de(const Limite& l) {
+  static std::string nom_de(const ConditionLimite& l) {
     return l.famille.empty() ? "code " + std::to_string(l.code) : l.famille;
   }
 

@@ -20,19 +20,19 @@ std::string sur_une_ligne(std::string texte) {
   return texte;
 }
 
-/// Keeps what is said; traces are of no use afterwards.
+/// Keeps messages, drops traces.
 class Memoire final : public Journal {
  public:
   Memoire(Chargement& c, bool tranches) : c_(c), tranches_(tranches) {}
   void ouverture(const std::string& fichier) override { c_.fichier = fichier; }
   void illisible(const std::string& fichier, bool /*ligne_neuve*/) override {
-    c_.dit = sur_une_ligne("probleme de lecture du fichier " + fichier);
+    c_.raison = sur_une_ligne("probleme de lecture du fichier " + fichier);
   }
   void trace(std::string_view /*ligne*/) override {}
   void avertissement(std::string_view ligne) override { c_.avertissements.emplace_back(ligne); }
   void echec(std::string_view ligne) override {
-    c_.dit = sur_une_ligne(std::string(ligne));
-    if (!c_.fichier.empty()) c_.dit += " (" + c_.fichier + ")";
+    c_.raison = sur_une_ligne(std::string(ligne));
+    if (!c_.fichier.empty()) c_.raison += " (" + c_.fichier + ")";
   }
   bool par_tranches() override {
     coupe_ = coupe_ || tranches_;
@@ -41,7 +41,7 @@ class Memoire final : public Journal {
   /// Something was read by slices, or would have been.
   bool coupe() const { return coupe_; }
   void faute(const Faute& faute) override {
-    c_.dit = sur_une_ligne(faute.texte());
+    c_.raison = sur_une_ligne(faute.texte());
     throw FauteStructure{};
   }
 
@@ -50,13 +50,13 @@ class Memoire final : public Journal {
   bool tranches_, coupe_ = false;
 };
 
-/// tranches: may be read by slices; false afterwards when nothing was.
+/// tranches: in, whether slices are allowed; out, whether a file was large enough for them.
 Chargement lire(Base& base, bool& tranches) {
   Chargement c;
   Memoire journal(c, tranches);
   try {
     c.fait = lire_base(base, journal);
-    if (!c.fait && c.dit.empty()) c.dit = "memoire insuffisante";
+    if (!c.fait && c.raison.empty()) c.raison = "memoire insuffisante";
   } catch (const FauteStructure&) {
     c.fait = false;
   }
@@ -76,7 +76,7 @@ Chargement charger(Base& base) {
   bool tranches = est_vierge(base);
   Chargement c = lire(base, tranches);
   if (c.fait || !tranches) return c;
-  // What is wrong with a document that was cut is said as of a whole one.
+  // A failure in slices is read again from whole documents, so that its message is the usual one.
   base = Base(base.nom, base.chemin, base.type);
   base._disp(false);
   tranches = false;

@@ -7,11 +7,11 @@ class Base;
 
 namespace topomine {
 
-/// What came of loading a base in silence.
+/// Result of loading a base without console output.
 struct Chargement {
   bool fait = false;
   std::string fichier;                      ///< the last one that was opened, empty when none was
-  std::string dit;                          ///< why it failed, on one line
+  std::string raison;                       ///< why it failed, on one line
   std::vector<std::string> avertissements;  ///< what was odd in it though it may have been loaded
 };
 

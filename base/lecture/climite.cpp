@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/base.h"
+#include "base/configuration.h"
 #include "base/lecture/fichier.h"
 #include "base/lecture/journal.h"
 #include "base/lecture/lectures.h"
@@ -96,7 +97,8 @@ bool parcourir_climite(std::string_view texte, Journal& journal) {
     journal.echec("Fichier non_valide...");
     return false;
   }
-  // The rows go by this header; list_attr keeps the names of a reading that failed before it.
+  // Rows use this file's header, not list_attr, which may begin with the names of an earlier
+  // reading that failed.
   Base::list_attr.insert(Base::list_attr.end(), lignes.champs().begin(), lignes.champs().end());
   Rangees rangees(lignes.champs());
   while (prendre()) rangees.ajouter(lignes);

@@ -9,12 +9,8 @@ namespace topomine {
 
 class Journal;
 
-/// Names of the columns that have a meaning.
-inline constexpr std::string_view colonne_code = "Damas code", colonne_bccode = "BCCODE",
-                                  colonne_famille = "Family";
-
-/// Bytes that the rows of one climite.cfg may take, each with all its columns, short rows too: a
-/// field counts as its column's name, its text and 100 bytes.
+/// Limit, in bytes, on all rows of one climite.cfg together. A short row counts as completed; a
+/// field counts as the length of its column's name, that of its text, and 100.
 inline constexpr std::int64_t configuration_max = std::int64_t{64} << 20;
 
 /// The lines of a climite.cfg, one after the other: the header, then the rows.
@@ -25,7 +21,7 @@ class LignesClimite {
   /// Takes the next line; false when there is none left.
   bool suivante();
 
-  int numero() const { return numero_; }  ///< 1 for the header
+  int numero() const { return numero_; }  ///< 0 before the first line, 1 for the header
   /// It ends with a newline. One that does not, the last, does not count in a run.
   bool finie() const { return finie_; }
   /// Nothing in it but blanks.

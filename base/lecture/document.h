@@ -14,7 +14,7 @@ class Journal;
 
 /// Parses a document held in memory; false when it is not well-formed or goes beyond the limits of
 /// limites_xml.h. One without any element is well-formed for the parser. `texte` is spent.
-/// suivi: with the line of each node, which costs a tenth of the time.
+/// suivi: with the line of each node, at a price (see DocumentXml).
 bool analyser_xml(std::string texte, DocumentXml& doc, bool suivi = false);
 
 /// The element by which a document that could not be parsed goes beyond those limits, if any.

@@ -24,7 +24,7 @@ struct Faute {
 
 class JournalStrict;
 
-/// Who is told what a reading has to say. A reading keeps to this: it knows no console.
+/// Receives what a reading reports. Readers use nothing else for output.
 class Journal {
  public:
   Journal() = default;
@@ -42,10 +42,10 @@ class Journal {
   virtual void avertissement(std::string_view ligne) = 0;
   /// The reading ends and answers false.
   virtual void echec(std::string_view ligne) = 0;
-  /// The reading cannot even end: throws, or the program is aborted when it returns.
+  /// A fault that a run cannot continue after; throws; if it returns, the caller aborts.
   virtual void faute(const Faute& faute) = 0;
-  /// A large document may be read slice by slice: an earlier part of it is told of, and stored,
-  /// before it is known whether a later one can be read.
+  /// True when a large document may be read in slices: entities of an early slice are then reported
+  /// and stored before later slices are known to be well-formed.
   virtual bool par_tranches() { return false; }
   /// Null in a run.
   virtual JournalStrict* strict() { return nullptr; }
@@ -66,7 +66,7 @@ struct Cases {
 };
 
 struct Case {
-  int numero;  ///< counted from 1; anything in a run
+  int numero;  ///< from 1; in a run not checked
   int contenu;
 };
 
@@ -82,8 +82,8 @@ enum class Ecart {
   type_raccord,              ///< no type that is known
 };
 
-/// The journal of a strict reading, which goes on where a run stops and judges what a run takes.
-/// Nothing is answered for what cannot be read, after it has been said, once.
+/// The journal of a strict reading, which does not stop at faults and also checks what a run
+/// accepts. A function that answers nothing has already reported why.
 class JournalStrict : public Journal {
  public:
   JournalStrict* strict() final { return this; }
@@ -92,16 +92,22 @@ class JournalStrict : public Journal {
   virtual void sorte(const char* sorte) = 0;
   /// The next entity is reached; false when it is no element and must be passed over.
   virtual bool entite(Noeud entite) = 0;
+  /// The number in the entity's "Ident" has been read.
   virtual void ident(Noeud entite, int numero) = 0;
+  /// The same for a piece, which has a name for a number.
   virtual void nom_de_piece(std::string_view nom) = 0;
+  /// `parent` lacks the element `nom`, which it must have.
   virtual void absent(Noeud parent, const char* nom) = 0;
+  /// What an element holds, as a whole: a text, or one number.
   virtual std::optional<std::string_view> texte(Noeud element) = 0;
   virtual std::optional<int> entier(Noeud element) = 0;
   virtual std::optional<double> reel(Noeud element) = 0;
   virtual std::optional<Case> lire_case(Cases& cases, Noeud place) = 0;
+  /// All slots of the entity have been read: reports those that were not among them.
   virtual void cases_manquantes(const Cases& cases, Noeud entite) = 0;
   /// A piece has been put into the table, or found its family taken by `gardee`.
   virtual void famille(Noeud entite, const Piece& piece, const Piece& gardee, bool nouvelle) = 0;
+  /// `texte` is what the element holds, where that is wrong.
   virtual void ecart(Ecart ecart, Noeud ou, std::string_view texte) = 0;
 };
 

@@ -13,7 +13,8 @@ namespace topomine {
 
 namespace {
 
-/// As the parser asks; what is printed in ASCII is a blank in no locale.
+/// A blank for the parser, which asks isspace; printable ASCII is skipped first, as it is a blank
+/// in no locale.
 bool est_blanc(char c) {
   return (c <= ' ' || c > '~') && std::isspace(static_cast<unsigned char>(c)) != 0;
 }

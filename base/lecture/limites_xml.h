@@ -13,6 +13,7 @@ inline constexpr int attributs_max = 1000;
 /// Most edges that a face may list: those beyond its four slots stay for the faces after it.
 inline constexpr int edges_max = 1000;
 
+/// Others than these are for fuzzing, which tells how exact xml_lisible is.
 struct LimitesXml {
   int niveaux = niveaux_max;
   int attributs = attributs_max;
@@ -25,7 +26,7 @@ struct Depassement {
 };
 
 /// Follows the document as TinyXML would read it, to the first element that goes beyond the limits.
-/// `texte` ends in four NULs and has no other, see analyser_xml. Whether it is well-formed is for
+/// `texte` is what preparer_xml made. Whether it is well-formed is for
 /// the parser: up to its first error the two see the same elements.
 std::optional<Depassement> depassement(const std::string& texte, LimitesXml limites = {});
 

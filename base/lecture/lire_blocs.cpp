@@ -1,5 +1,6 @@
 #include <limits>
 
+#include "base/fichiers.h"
 #include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
@@ -7,12 +8,11 @@ namespace topomine {
 
 namespace {
 
-constexpr int type_ordinaire = 30;
 constexpr double inconnu = std::numeric_limits<double>::quiet_NaN();
 
-/// A strict reading goes on with values that nobody will find fault with.
+/// The defaults are for strict readings only: values that no rule reports.
 void lire_mesures(Parcours& p, Noeud n, Block& bloc) {
-  bloc._type(p.entier(n, "Type", type_ordinaire));
+  bloc._type(p.entier(n, "Type", type_sans_bord));
   bloc._erik(p.cellule(n, "Erikson", inconnu));
   const Noeud volumes = p.enfant(n, "Volumes", "volm");
   bloc._volexa(p.cellule(volumes, "Exact", inconnu));
@@ -42,7 +42,7 @@ void lire_cases(Parcours& p, Noeud n, Block& bloc) {
 }  // namespace
 
 bool lire_blocs(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + "_" + base.type + ".blck", parcourir_blocs,
+  return lire_document(base, base.nom_base + fin_de_nom(fic_blck, base.type), parcourir_blocs,
                        Echec::meme_ligne, journal);
 }
 
@@ -50,8 +50,8 @@ bool parcourir_blocs(Base& base, const DocumentXml& doc, const std::string& fich
                      Journal& journal) {
   Parcours p("bool Base::load_blocs()", fichier, journal);
   Block bloc;
-  const Noeud blocs = p.enfant(doc.noeud(), "Blocks");
-  p.sorte("bloc");
+  const Noeud blocs = p.enfant(doc.noeud(), sortes_de_fichier[fic_blck].racine);
+  p.sorte(sortes_de_fichier[fic_blck].sorte);
   for (Noeud n = p.premiere(blocs); n; n = p.suivante(n)) {
     bloc.clear();
     bloc._id(p.ident(n));

@@ -1,10 +1,11 @@
+#include "base/fichiers.h"
 #include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
 namespace topomine {
 
 bool lire_edges(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + "_" + base.type + ".edge", parcourir_edges,
+  return lire_document(base, base.nom_base + fin_de_nom(fic_edge, base.type), parcourir_edges,
                        Echec::ligne_neuve, journal);
 }
 
@@ -12,8 +13,8 @@ bool parcourir_edges(Base& base, const DocumentXml& doc, const std::string& fich
                      Journal& journal) {
   Parcours p("bool Base::load_edges()", fichier, journal);
   Edge edge;
-  const Noeud edges = p.enfant(doc.noeud(), "Edges");
-  p.sorte("edge");
+  const Noeud edges = p.enfant(doc.noeud(), sortes_de_fichier[fic_edge].racine);
+  p.sorte(sortes_de_fichier[fic_edge].sorte);
   for (Noeud n = p.premiere(edges); n; n = p.suivante(n)) {
     edge.clear();
     edge._id(p.ident(n));

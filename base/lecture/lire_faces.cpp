@@ -1,3 +1,4 @@
+#include "base/fichiers.h"
 #include "base/lecture/lectures.h"
 #include "base/lecture/limites_xml.h"
 #include "base/lecture/parcours.h"
@@ -15,7 +16,8 @@ bool lire_cases(Parcours& p, Noeud n, Face& face) {
   for (; place && nom_commence(place, "Edge"); place = place.suivant()) {
     const auto lue = p.lire_case(cases, place);
     if (!lue) continue;
-    // Any number outside the list appends; 0 would be slot -1, and so would the smallest int.
+    // Numbers of 0 or less give slot -1, which appends; numero - 1 alone would overflow for
+    // INT_MIN.
     face._edge(lue->numero > 0 ? lue->numero - 1 : -1, lue->contenu);
     if (face.nb_edge() > edges_max) return false;
   }
@@ -28,7 +30,7 @@ bool lire_cases(Parcours& p, Noeud n, Face& face) {
 }  // namespace
 
 bool lire_faces(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + "_" + base.type + ".face", parcourir_faces,
+  return lire_document(base, base.nom_base + fin_de_nom(fic_face, base.type), parcourir_faces,
                        Echec::ligne_neuve, journal);
 }
 
@@ -36,8 +38,8 @@ bool parcourir_faces(Base& base, const DocumentXml& doc, const std::string& fich
                      Journal& journal) {
   Parcours p("bool Base::load_faces()", fichier, journal);
   Face face;
-  const Noeud faces = p.enfant(doc.noeud(), "Faces");
-  p.sorte("face");
+  const Noeud faces = p.enfant(doc.noeud(), sortes_de_fichier[fic_face].racine);
+  p.sorte(sortes_de_fichier[fic_face].sorte);
   for (Noeud n = p.premiere(faces); n; n = p.suivante(n)) {
     face.clear();
     face._id(p.ident(n));

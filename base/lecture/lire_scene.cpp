@@ -1,3 +1,4 @@
+#include "base/fichiers.h"
 #include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
@@ -45,18 +46,20 @@ void lire_raccord(Parcours& p, Noeud n, Raccord& raccord) {
 }  // namespace
 
 bool lire_plane(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + ".def", parcourir_plane, Echec::ligne_neuve, journal);
+  return lire_document(base, base.nom_base + fin_de_nom(fic_def), parcourir_plane,
+                       Echec::ligne_neuve, journal);
 }
 
 bool lire_scene(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + ".def", parcourir_scene, Echec::ligne_neuve, journal);
+  return lire_document(base, base.nom_base + fin_de_nom(fic_def), parcourir_scene,
+                       Echec::ligne_neuve, journal);
 }
 
 bool parcourir_plane(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_plane()", fichier, journal);
   p.sorte("reference_avion");
-  const Noeud scene = p.enfant(doc.noeud(), "definition_scene", "avion");
+  const Noeud scene = p.enfant(doc.noeud(), sortes_de_fichier[fic_def].racine, "avion");
   const Noeud n = p.enfant(scene, "reference_avion", "avion");
   Avion& avion = base.avion;
   avion.clear();
@@ -76,7 +79,7 @@ bool parcourir_plane(Base& base, const DocumentXml& doc, const std::string& fich
 bool parcourir_scene(Base& base, const DocumentXml& doc, const std::string& fichier,
                      Journal& journal) {
   Parcours p("bool Base::load_scene()", fichier, journal);
-  const Noeud scene = p.enfant(doc.noeud(), "definition_scene");
+  const Noeud scene = p.enfant(doc.noeud(), sortes_de_fichier[fic_def].racine);
   p.sorte("liste_pieces");
   const Noeud pieces = p.enfant(scene, "liste_pieces");
   p.sorte("piece");

@@ -1,6 +1,7 @@
 #include <array>
 #include <new>
 
+#include "base/fichiers.h"
 #include "base/lecture/lectures.h"
 #include "base/lecture/parcours.h"
 
@@ -8,7 +9,7 @@ namespace topomine {
 
 namespace {
 
-/// The texts of the X, Y and Z under `parent`, in this order.
+/// The numbers in X, Y and Z of `parent`, read in this order: a bad text spoils the next one.
 std::array<double, 3> lire_xyz(Parcours& p, Noeud parent) {
   const double x = p.reel(parent, "X");
   const double y = p.reel(parent, "Y");
@@ -30,7 +31,7 @@ void lire_projections(Parcours& p, Noeud n, Vertex& vrtx) {
 }  // namespace
 
 bool lire_vrtxs(Base& base, Journal& journal) {
-  return lire_document(base, base.nom_base + "_" + base.type + ".vrtx", parcourir_vrtxs,
+  return lire_document(base, base.nom_base + fin_de_nom(fic_vrtx, base.type), parcourir_vrtxs,
                        Echec::ligne_neuve, journal);
 }
 
@@ -38,8 +39,8 @@ bool parcourir_vrtxs(Base& base, const DocumentXml& doc, const std::string& fich
                      Journal& journal) {
   Parcours p("bool Base::load_vrtxs()", fichier, journal);
   Vertex vrtx;
-  const Noeud vertices = p.enfant(doc.noeud(), "Vertices");
-  p.sorte("vertex");
+  const Noeud vertices = p.enfant(doc.noeud(), sortes_de_fichier[fic_vrtx].racine);
+  p.sorte(sortes_de_fichier[fic_vrtx].sorte);
   for (Noeud n = p.premiere(vertices); n; n = p.suivante(n)) {
     vrtx.clear();
     vrtx._id(p.ident(n));

@@ -15,8 +15,8 @@ namespace topomine {
 
 /// A walk over the entities of one document, for a run or, when its journal is strict, for a strict
 /// reading. What the document must have and has not ends a run by a fault (see Journal::faute); a
-/// strict reading says it and goes on with the value given for that, or with no node at all: what
-/// is asked of none is none, in silence.
+/// strict reading reports it and continues with the caller's default, or with an empty Noeud, on
+/// which all functions here do nothing.
 class Parcours {
  public:
   /// lecteur: the reader's signature, for faults.
@@ -31,7 +31,7 @@ class Parcours {
   Noeud premiere(Noeud liste) { return liste ? entite(liste.premier()) : Noeud(); }
   Noeud suivante(Noeud precedente) {
     const Noeud n = precedente.suivant();
-    // What is left unread stands in this slice, and would go with it.
+    // Text left unread belongs to this slice and would be freed with it.
     const bool reste = !nombres_.sans_reste() && !nombres_.bouche();
     return entite(n ? n : dans_la_tranche_suivante(precedente, reste));
   }
@@ -96,8 +96,8 @@ class Parcours {
   char topologie(Noeud element);
 
   /// Number and content of a slot: the number in element `cases.sous` when there is exactly one,
-  /// else the count itself, after a warning when it is not 0. A strict reading answers nothing for
-  /// a slot without a number of its own, and no content that is not the number of an entity.
+  /// else the count itself, after a warning when it is not 0. In a strict reading: nothing when the
+  /// slot has no valid number, content 0 when it names no entity.
   std::optional<Case> lire_case(Cases& cases, Noeud place);
   void cases_manquantes(const Cases& cases, Noeud n) {
     if (strict_ && n) strict_->cases_manquantes(cases, n);

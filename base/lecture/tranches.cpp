@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/fichiers.h"
 #include "base/lecture/document.h"
 
 namespace topomine {
@@ -42,7 +43,7 @@ Coupe reperer_coupe(std::string_view texte, std::size_t taille) {
   if (i == texte.size() || texte[i] != '<') return {};
   Coupe coupe{balise(texte, i), {}};
   // A scene is no list of entities: each of its parts is asked for by name.
-  if (!est_nom(coupe.nom) || coupe.nom == "definition_scene") return {};
+  if (!est_nom(coupe.nom) || coupe.nom == sortes_de_fichier[fic_def].racine) return {};
   i += coupe.nom.size() + 2;
   coupe.bornes.push_back(i);
   for (int niveau = 1; (i = texte.find('<', i)) != std::string_view::npos;) {

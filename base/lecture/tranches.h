@@ -9,8 +9,8 @@
 
 namespace topomine {
 
-// A parsed document takes sixteen times the room of its text. Where nobody is told anything before
-// all is read, a large one is parsed slice by slice instead, each with a part of the entities.
+// A parsed document takes sixteen times the memory of its text. Where messages may wait until all
+// is read, a large one is parsed in slices, each with some of the entities.
 
 /// Text of a slice, about: what it becomes fits a processor's cache, and the parser is as fast as
 /// on whole documents; with slices of a megabyte it takes twice the time.
@@ -28,10 +28,10 @@ struct Coupe {
 };
 Coupe reperer_coupe(std::string_view texte, std::size_t taille);
 
-/// A document by slices. While it stands, what belongs to the slice before is gone.
+/// A document read in slices. Nodes of a slice are invalid once the next is asked for.
 class Tranches {
  public:
-  /// `texte` is as analyser_xml wants it.
+  /// `texte` is what preparer_xml made.
   Tranches(std::string texte, std::size_t taille);
   Tranches(const Tranches&) = delete;
   Tranches& operator=(const Tranches&) = delete;
@@ -50,7 +50,7 @@ class Tranches {
   Coupe coupe_;
   std::size_t rang_ = 0;
   DocumentXml doc_;
-  Tranches* moi_ = this;  // what the nodes lead back to
+  Tranches* moi_ = this;  // what nodes find their Tranches by
 };
 
 /// The entity after the last one of a slice; none when the document has no slices. retenue: the

@@ -6,11 +6,15 @@
 
 namespace topomine {
 
-// The XML library as the walks see it. Another one is put in here, in xml.cpp, and in limites_xml,
-// which looks for what this one does not survive.
+// The only interface to the XML library. To change the library, change this header, xml.cpp and
+// limites_xml.cpp.
 
-/// A node of a document (an element, a text, a comment ...), or none. Only whether there is one may
-/// be asked of none. Good for as long as its document.
+/// Makes the bytes of a file the text that the parser wants: ends of lines are "\n", the first NUL
+/// ends it, and four of them follow.
+void preparer_xml(std::string& texte);
+
+/// A node of a document (an element, a text, a comment ...), or none. On an empty Noeud only
+/// operator bool may be called. Good for as long as its document.
 class Noeud {
  public:
   Noeud() = default;
@@ -48,8 +52,8 @@ class Noeud {
 /// A parsed document; its node is the parent of the top element.
 class DocumentXml {
  public:
-  /// Replaces what was there; false when the parser refuses the text, which ends at a NUL and is
-  /// within limites_xml. suivi: with the line of each node, which costs a tenth of the time.
+  /// Replaces what was there; false when the parser refuses the text, which preparer_xml made and
+  /// xml_lisible lets pass. suivi: with the line of each node, which costs a tenth of the time.
   bool analyser(const std::string& texte, bool suivi);
 
   Noeud noeud() const { return Noeud(&doc_); }
@@ -65,7 +69,7 @@ class DocumentXml {
 
   void marquer(void* marque) { doc_.SetUserData(marque); }
 
-  /// For those who take trees apart.
+  /// For tests and fuzzing, which take trees apart.
   TiXmlDocument& arbre() { return doc_; }
 
  private:

@@ -98,7 +98,7 @@ TEST(Tranches, ALargeBaseIsReadAsAWhole) {
     Base base("grande", d.chemin(), "nrm");
     const Chargement c = charger(base);
     EXPECT_FALSE(c.fait);
-    EXPECT_NE(c.dit.find(dit), std::string::npos) << c.dit;
+    EXPECT_NE(c.raison.find(dit), std::string::npos) << c.raison;
   }
 
   // What a base held before stays when the loading fails.

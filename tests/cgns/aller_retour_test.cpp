@@ -25,7 +25,7 @@ Charge charger_cas(const std::string& chemin, const std::string& nom, const std:
   oublier_configuration();
   Charge c{Base(nom, chemin, mode), {}};
   const Chargement fait = charger(c.base);
-  EXPECT_TRUE(fait.fait) << nom << ' ' << fait.dit;
+  EXPECT_TRUE(fait.fait) << nom << ' ' << fait.raison;
   c.table.add_base(c.base);
   return c;
 }

@@ -82,11 +82,11 @@ TEST(Resume, SaysEachAttributeAndEachBase) {
                                                     "base +string +- +- +- +- +- +- +- +1 +-\n")));
 }
 
-TEST(Listing, PassesALineThatNothingEnds) {
+TEST(Console, PassesALineThatNothingEnds) {
   std::ostringstream flux;
   {
-    const Listing listing(flux);
-    std::cout << "un\nde" << 'u' << "x";
+    TamponLecteur tampon(flux);
+    std::ostream(&tampon) << "un\nde" << 'u' << "x";
     EXPECT_EQ(flux.str(), "un\n");
   }
   EXPECT_EQ(flux.str(), "un\ndeux");

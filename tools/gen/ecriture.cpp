@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <span>
 
+#include "base/configuration.h"
 #include "base/ecriture.h"
+#include "base/modes.h"
 #include "mesh/hexaedre.h"
+#include "mesh/numbering.h"
 #include "tools/gen/sortie.h"
 
 namespace topomine::gen {
@@ -12,10 +15,6 @@ namespace topomine::gen {
 namespace {
 
 namespace fs = std::filesystem;
-
-enum class Mode { ext, nrm, min };
-constexpr std::array<std::pair<Mode, std::string_view>, 3> modes{
-    {{Mode::ext, "_ext"}, {Mode::nrm, "_nrm"}, {Mode::min, "_min"}}};
 
 void creer(const fs::path& dossier) {
   std::error_code erreur;
@@ -56,7 +55,7 @@ void ecrire_scene(const fs::path& chemin, const Forme& f, const Maillage& m) {
   Boite domaine, parois;
   for (const Vec& p : m.sommets) domaine.couvrir(p);
   for (const Contact& c : m.sommets_bord)
-    if (condition(m.patchs[c.patch]).bccode == 1) parois.couvrir(m.sommets[c.num]);
+    if (condition(m.patchs[c.patch]).bccode == bccode_paroi) parois.couvrir(m.sommets[c.num]);
   const Vec d = domaine.haut - domaine.bas, p = parois.haut - parois.bas;
   const std::string banc = "banc_" + std::to_string(m.blocs.size()) + "_blocs";
   SceneEcrite scene{.nom = f.nom,
@@ -88,7 +87,7 @@ void ecrire_scene(const fs::path& chemin, const Forme& f, const Maillage& m) {
 
 void ecrire_blocs(const fs::path& chemin, const Maillage& m) {
   Sortie s(chemin);
-  ecrire_liste(s, "Blocks", [&] {
+  ecrire_entites(s, fic_blck, [&] {
     for (Num b = 0; b < m.blocs.size(); ++b) {
       const Bloc& bloc = m.blocs[b];
       Hexaedre h;
@@ -98,7 +97,7 @@ void ecrire_blocs(const fs::path& chemin, const Maillage& m) {
       const auto faces = numeros(bloc.faces);
       const MesuresHexaedre mesures = mesurer(h);
       ecrire(s, BlocEcrit{.numero = numero(b),
-                          .type = 30 + static_cast<int>(libres),
+                          .type = type_sans_bord + static_cast<int>(libres),
                           .erikson = mesures.erikson,
                           .exact = mesures.exact,
                           .mor = mesures.mor,
@@ -113,7 +112,7 @@ void ecrire_blocs(const fs::path& chemin, const Maillage& m) {
 /// nb_blocs: number of blocks on the face.
 void ecrire_faces(const fs::path& chemin, const Maillage& m, Mode mode) {
   Sortie s(chemin);
-  ecrire_liste(s, "Faces", [&] {
+  ecrire_entites(s, fic_face, [&] {
     for (Num f = 0; f < m.faces.size(); ++f) {
       const Face& face = m.faces[f];
       const bool bord = face.nb_bloc == 1;
@@ -133,7 +132,7 @@ void ecrire_edges(const fs::path& chemin, const Maillage& m, Mode mode) {
   const std::size_t assez = mode == Mode::ext ? 1 : 2;  // patches that must meet to be written
   std::size_t lus = 0;
   Sortie s(chemin);
-  ecrire_liste(s, "Edges", [&] {
+  ecrire_entites(s, fic_edge, [&] {
     std::vector<int> codes;
     for (Num e = 0; e < m.edges.size(); ++e) {
       const Edge& edge = m.edges[e];
@@ -153,7 +152,7 @@ void ecrire_edges(const fs::path& chemin, const Maillage& m, Mode mode) {
 
 void ecrire_sommets(const fs::path& chemin, const Maillage& m, Mode mode) {
   Sortie s(chemin);
-  ecrire_liste(s, "Vertices", [&] {
+  ecrire_entites(s, fic_vrtx, [&] {
     std::size_t lus = 0;
     std::vector<ProjectionEcrite> projections;
     for (Num v = 0; v < m.sommets.size(); ++v) {
@@ -175,7 +174,7 @@ void ecrire_sommets(const fs::path& chemin, const Maillage& m, Mode mode) {
 void ecrire_conditions(const fs::path& dossier) {
   creer(dossier);
   Sortie s(dossier / "climite.cfg");
-  s("Damas code;BCCODE;Family;\n");
+  s(entete_climite);
   for (const Condition& c : conditions) s(c.code, ";", c.bccode, ";", c.famille, ";\n");
   s.fermer();
 }
@@ -184,13 +183,13 @@ void ecrire_base(const fs::path& dossier, const std::string& nom, const Forme& f
                  const Maillage& m) {
   creer(dossier / nom);
   const std::string prefixe = (dossier / nom / nom).string();
-  ecrire_scene(prefixe + ".def", f, m);
-  for (const auto& [mode, suffixe] : modes) {
-    const std::string debut = prefixe + std::string(suffixe);
-    ecrire_blocs(debut + ".blck", m);
-    ecrire_faces(debut + ".face", m, mode);
-    ecrire_edges(debut + ".edge", m, mode);
-    ecrire_sommets(debut + ".vrtx", m, mode);
+  ecrire_scene(prefixe + fin_de_nom(fic_def), f, m);
+  for (const Mode mode : tous_les_modes) {
+    const auto fichier = [&](Fichier x) { return prefixe + fin_de_nom(x, topomine::nom(mode)); };
+    ecrire_blocs(fichier(fic_blck), m);
+    ecrire_faces(fichier(fic_face), m, mode);
+    ecrire_edges(fichier(fic_edge), m, mode);
+    ecrire_sommets(fichier(fic_vrtx), m, mode);
   }
 }
 

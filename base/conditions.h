@@ -8,7 +8,7 @@
 namespace topomine {
 
 /// What climite.cfg says of one Damas code.
-struct Limite {
+struct ConditionLimite {
   int code = 0;
   bool connue = false;  ///< the configuration has the code
   std::string famille;  ///< empty when it is not known
@@ -16,22 +16,23 @@ struct Limite {
   bool paroi = false;   ///< a wall: BCCODE 1, or the family of a piece of the scene
 };
 
-Limite limite_de(const Base& base, int code);
+ConditionLimite condition_limite(const Base& base, int code);
 
 /// Those of the codes of a base: each is asked for once, however often it stands in the files.
-class TableLimites {
+class TableConditions {
  public:
-  explicit TableLimites(const Base& base) : base_(base) {}
+  explicit TableConditions(const Base& base) : base_(base) {}
   /// Stays where it is as long as this object lives.
-  const Limite& operator[](int code) {
+  const ConditionLimite& operator[](int code) {
     const auto trouvee = vues_.find(code);
-    return trouvee != vues_.end() ? trouvee->second
-                                  : vues_.emplace(code, limite_de(base_, code)).first->second;
+    return trouvee != vues_.end()
+               ? trouvee->second
+               : vues_.emplace(code, condition_limite(base_, code)).first->second;
   }
 
  private:
   const Base& base_;
-  std::unordered_map<int, Limite> vues_;
+  std::unordered_map<int, ConditionLimite> vues_;
 };
 
 }  // namespace topomine
