@@ -5,11 +5,11 @@
 namespace topomine {
 
 ConditionLimite condition_limite(const Base& base, int code) {
-  ConditionLimite l{code, Base::list_CLim.contains(code),
-                    base._CL(code, std::string(colonne_famille)), base.DAM2BCCODE({code}).at(0),
-                    false};
-  l.paroi = l.bccode == bccode_paroi || (!l.famille.empty() && base.pieces.contains(l.famille));
-  return l;
+  const std::string famille = base._CL(code, std::string(colonne_famille));
+  const int bccode = base.DAM2BCCODE({code}).at(0);
+  const bool de_piece = !famille.empty() && base.pieces.contains(famille);
+  return {code, Base::list_CLim.contains(code), famille, bccode,
+          bccode == bccode_paroi || de_piece};
 }
 
 }  // namespace topomine

@@ -9,11 +9,11 @@ namespace topomine {
 
 /// What climite.cfg says of one Damas code.
 struct ConditionLimite {
-  int code = 0;
-  bool connue = false;  ///< the configuration has the code
+  int code;
+  bool connue;          ///< the configuration has the code
   std::string famille;  ///< empty when it is not known
-  int bccode = 0;       ///< as the table counts it; 0 when it is not known
-  bool paroi = false;   ///< a wall: BCCODE 1, or the family of a piece of the scene
+  int bccode;           ///< as the table counts it; 0 when it is not known
+  bool paroi;           ///< a wall: BCCODE 1, or the family of a piece of the scene
 };
 
 ConditionLimite condition_limite(const Base& base, int code);

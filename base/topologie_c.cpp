@@ -59,7 +59,7 @@ int Base::maj_typeC() {
   std::unordered_map<int, bool> code_C;
   const std::string colonne(colonne_famille);
   const auto est_C = [&](int code) {
-    const auto [place, nouveau] = code_C.try_emplace(code, false);
+    const auto [place, nouveau] = code_C.try_emplace(code);
     if (nouveau) {
       const std::string* valeur = chercher_CL(code, colonne);
       const std::string_view famille = valeur ? std::string_view(*valeur) : std::string_view();

@@ -96,7 +96,7 @@ void cible_climite(std::string_view entree) {
   Fin fin = Fin::lue;
   try {
     if (!parcourir_climite(entree, journal)) fin = Fin::entete_incomplete;
-  } catch (const std::length_error&) {
+  } catch (const ClimiteDemesure&) {
     fin = Fin::demesure;
   } catch (const std::exception&) {
     fin = Fin::ligne_fautive;

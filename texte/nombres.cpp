@@ -141,7 +141,7 @@ std::errc convertir(std::string_view texte, T& valeur) {
 
 template <class T>
 std::optional<T> entier_entier(std::string_view texte) {
-  T v = 0;
+  T v{};
   if (convertir(depouiller(texte), v) != std::errc{}) return {};
   return v;
 }
@@ -204,7 +204,7 @@ std::optional<std::int64_t> entier_long_strict(std::string_view texte) {
 
 std::optional<double> reel_strict(std::string_view texte) {
   const std::string_view nu = depouiller(texte);
-  double v = 0.0;
+  double v{};
   const std::errc erreur = convertir(nu, v);
   if (erreur == std::errc::result_out_of_range) {
     // Too large for a stream, too, which keeps the number before; or too small, and read as 0.
@@ -218,7 +218,7 @@ std::optional<double> reel_strict(std::string_view texte) {
 }
 
 std::optional<std::uint64_t> naturel_en_tete(std::string_view texte, int base) {
-  std::uint64_t v = 0;
+  std::uint64_t v{};
   const auto lu = std::from_chars(texte.data(), texte.data() + texte.size(), v, base);
   if (lu.ec != std::errc{}) return {};
   return v;

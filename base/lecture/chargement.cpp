@@ -58,7 +58,7 @@ Chargement lire(Base& base, bool& tranches) {
     c.fait = lire_base(base, journal);
     if (!c.fait && c.raison.empty()) c.raison = "memoire insuffisante";
   } catch (const FauteStructure&) {
-    c.fait = false;
+    // Not loaded, and the journal has the reason.
   }
   tranches = journal.coupe();
   return c;

@@ -1,9 +1,7 @@
 #include "base/lecture/climite.h"
 
 #include <algorithm>
-#include <exception>
 #include <map>
-#include <stdexcept>
 #include <string>
 
 #include "base/base.h"
@@ -30,10 +28,10 @@ class Rangees {
 
   void ajouter(LignesClimite& lignes) {
     const std::vector<std::string_view>& champs = lignes.champs();
-    if (champs.size() > colonnes_.size()) throw std::runtime_error("champ sans colonne");
+    if (champs.size() > colonnes_.size()) throw ClimiteFautif{};
     if (champs.empty() && repetable_) return;
     lignes.compter();
-    if (lignes.demesure()) throw std::length_error("configuration demesuree");
+    if (lignes.demesure()) throw ClimiteDemesure{};
     for (std::size_t n = 0; n < champs.size(); ++n) {
       rangee_[colonnes_[n]] = champs[n];
       if (colonnes_[n] == colonne_code) texte_code_ = champs[n];
@@ -90,7 +88,7 @@ bool parcourir_climite(std::string_view texte, Journal& journal) {
   LignesClimite lignes(texte);
   const auto prendre = [&] {
     if (!lignes.suivante() || !lignes.finie()) return false;
-    if (!lignes.terminee()) throw std::runtime_error("champ sans point-virgule");
+    if (!lignes.terminee()) throw ClimiteFautif{};
     return true;
   };
   if (!prendre()) {
@@ -114,17 +112,17 @@ bool lire_climite(const std::string& repertoire, Journal& journal) {
         if (!parcourir_climite(texte, journal)) return false;
         break;
       case Lecture::interrompue:
-        throw std::runtime_error("lecture interrompue");
+        throw ClimiteFautif{};
       default:
         break;  // accepted in silence: no boundary condition is known
     }
     return Base::init_cl_cfg = true;
-  } catch (const std::length_error&) {
+  } catch (const ClimiteDemesure&) {
     journal.avertissement(
         "climite.cfg trop grand : ses rang\351es, compl\351t\351es, d\351passent " +
         std::to_string(configuration_max >> 20) + " Mio");
   } catch (const std::exception&) {
-    // A faulty line, or no memory.
+    // A faulty line, a reading that broke off, or no memory.
   }
   journal.echec("Erreur acquisition climite.cfg.... ");
   return false;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,9 @@ class Journal;
 /// Limit, in bytes, on all rows of one climite.cfg together. A short row counts as completed; a
 /// field counts as the length of its column's name, that of its text, and 100.
 inline constexpr std::int64_t configuration_max = std::int64_t{64} << 20;
+
+struct ClimiteFautif : std::exception {};
+struct ClimiteDemesure : std::exception {};
 
 /// The lines of a climite.cfg, one after the other: the header, then the rows.
 class LignesClimite {
@@ -46,8 +50,9 @@ class LignesClimite {
 };
 
 /// Reads the text of a climite.cfg into Base::list_attr and Base::list_CLim. False, after having
-/// told the journal, when there is no complete header line; throws std::runtime_error on a line
-/// that lacks its last ";" or has more fields than the header, and on rows that take too much.
+/// told the journal, when there is no complete header line; throws ClimiteFautif on a line that
+/// lacks its last ";" or has more fields than the header, ClimiteDemesure on rows that take too
+/// much.
 bool parcourir_climite(std::string_view texte, Journal& journal);
 
 }  // namespace topomine

@@ -8,9 +8,6 @@ namespace topomine {
 
 namespace {
 
-/// Room that readers may append to a text without having it copied.
-constexpr std::size_t marge = 16;
-
 /// Whether there is a file to open: faite, or why not.
 Lecture examiner(const std::string& nom) {
   std::error_code erreur;
@@ -30,7 +27,7 @@ Lecture lire_fichier(const std::string& nom, std::string& contenu) {
   if (!flux) return Lecture::interdite;
   std::error_code erreur;
   const std::uintmax_t taille = std::filesystem::file_size(nom, erreur);
-  contenu.reserve(static_cast<std::size_t>(erreur ? 0 : taille) + marge);
+  contenu.reserve(static_cast<std::size_t>(erreur ? 0 : taille) + 16);  // what readers append
   contenu.resize(erreur ? 0 : static_cast<std::size_t>(taille));
   flux.read(contenu.data(), static_cast<std::streamsize>(contenu.size()));
   contenu.resize(static_cast<std::size_t>(flux.gcount()));  // it may have shrunk meanwhile

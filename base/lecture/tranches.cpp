@@ -1,7 +1,6 @@
 #include "base/lecture/tranches.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 #include "base/fichiers.h"
@@ -84,7 +83,7 @@ bool Tranches::analyser() {
 
 Noeud Tranches::suivante() {
   while (++rang_ + 1 < coupe_.bornes.size()) {
-    if (!analyser()) throw std::runtime_error("tranche illisible");
+    if (!analyser()) throw TrancheRefusee{};
     if (const Noeud n = doc_.racine().premier()) return n;
   }
   return {};
@@ -93,7 +92,7 @@ Noeud Tranches::suivante() {
 Noeud dans_la_tranche_suivante(Noeud derniere, bool retenue) {
   const void* moi = derniere.marque();
   if (!moi) return {};
-  if (retenue) throw std::runtime_error("tranche encore lue");
+  if (retenue) throw TrancheRefusee{};
   return (*static_cast<Tranches* const*>(moi))->suivante();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,9 @@ struct Coupe {
 };
 Coupe reperer_coupe(std::string_view texte, std::size_t taille);
 
+/// A slice cannot be read, or not as a slice: the document is to be read whole.
+struct TrancheRefusee : std::exception {};
+
 /// A document read in slices. Nodes of a slice are invalid once the next is asked for.
 class Tranches {
  public:
@@ -39,8 +43,8 @@ class Tranches {
   /// False when the text is not to be cut, or its first slice is not well-formed.
   bool commencer();
   const DocumentXml& document() const { return doc_; }
-  /// The first entity of the next slice, none at the end. Throws std::runtime_error at one that is
-  /// not well-formed.
+  /// The first entity of the next slice, none at the end. Throws TrancheRefusee at one that is not
+  /// well-formed.
   Noeud suivante();
 
  private:
@@ -54,8 +58,7 @@ class Tranches {
 };
 
 /// The entity after the last one of a slice; none when the document has no slices. retenue: the
-/// slice is still needed, and the document has to be read whole. Throws std::runtime_error then,
-/// and at a slice that is not well-formed.
+/// slice is still needed. Throws TrancheRefusee then, and at a slice that is not well-formed.
 Noeud dans_la_tranche_suivante(Noeud derniere, bool retenue);
 
 }  // namespace topomine
