@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -125,6 +126,7 @@ TEST(Liens, ReferencesToNothingGetDefaultEntities) {
   EXPECT_EQ(b.faces.size(), 4U);
   EXPECT_TRUE(b.faces[9]._id() == 0 && b.faces[9].nb_bloc() == 1 && b.faces[9]._bloc(0) == 20);
   EXPECT_EQ(b.faces[6].nb_bloc(), 2);
+  EXPECT_EQ(b.faces[0].nb_bloc(), 1) << "an empty slot is no face 0";
   EXPECT_EQ(b.faces[-8].nb_bloc(), 1) << "only numbers above 0 are linked";
   EXPECT_EQ(b.edges.size(), 2U);
   EXPECT_EQ(b.edges[5].nb_face(), 2);
@@ -231,6 +233,15 @@ TEST(Listings, KindsInTheirOrderWithPauses) {
   EXPECT_EQ(sortie([&] { b.Print(1, true); }), blocs);
   EXPECT_EQ(entree.reste(), "456") << "one character for the aircraft, one for each block";
   EXPECT_EQ(sortie([&] { b.Print(true); }), listing(b)) << "an ended input is no wait";
+
+  // What is listed is seen before the wait.
+  struct : std::stringbuf {
+    int sync() override { return ++vues, 0; }
+    int vues = 0;
+  } tampon;
+  std::ostream out(&tampon);
+  b.imprimer(out, 1, true);
+  EXPECT_EQ(tampon.vues, 2);
 
   // Blocks come before edges, and so on.
   const int bloc = b.blocs.begin()->first;

@@ -4,8 +4,10 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <string>
+#include <vector>
 
 using namespace topomine;
 
@@ -40,6 +42,15 @@ TEST(Conversion, WritesTheLongestNumbers) {
   const std::string grand = en_texte_fixe(-std::numeric_limits<double>::max(), 2);
   EXPECT_EQ(grand.size(), 313);
   EXPECT_TRUE(grand.ends_with("858368.00")) << grand;
+}
+
+// Each number of decimals has its power of ten; with digits past 2^53 a division would be off.
+TEST(Conversion, PlainDecimalsAreCorrectlyRounded) {
+  std::vector<std::string> textes{".9139962084340797", "907.8254179105733"};
+  for (std::size_t zeros = 0; zeros < 18; ++zeros)
+    textes.push_back("." + std::string(zeros, '0') + "3");
+  for (const std::string& texte : textes)
+    EXPECT_EQ(FluxNombres().reel(texte), std::strtod(texte.c_str(), nullptr)) << texte;
 }
 
 TEST(Conversion, LeftoversAndFailuresShowInTheNextReads) {
