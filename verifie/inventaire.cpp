@@ -122,7 +122,7 @@ class Inventaire {
       while (i < nb && !est(contenu.mots[i], e.valeur())) ++i;
       if (i == nb) {
         if (suite == n)
-          suite = contenu.mots[attendu].fois == Fois::debut
+          suite = contenu.mots[attendu].fois == Fois::debut && vus & 1U << attendu
                       ? e.suivant(std::string(contenu.mots[attendu].nom).c_str())
                       : Noeud();
         if (suite) continue;  // said of the list that it ends
