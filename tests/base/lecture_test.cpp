@@ -136,6 +136,12 @@ TEST(Fichiers, TruncatedAnywhereAreNotWellFormed) {
   }
 }
 
+TEST(Fichiers, EndsOfLinesAreNewlines) {
+  DocumentXml doc;
+  ASSERT_TRUE(analyser_xml("<a><!--1\r\n2\r3\n\r--></a>", doc));
+  EXPECT_STREQ(doc.racine().premier().valeur(), "1\n2\n3\n\n");
+}
+
 TEST(Fichiers, LoadAllStopsAtTheFirstFailureAndKeepsWhatWasRead) {
   const Dossier d;
   Base::init_cl_cfg = true;
