@@ -38,7 +38,7 @@ std::span<const Fiche> catalogue() {
 }
 
 const Fiche& fiche(Code code) {
-  const auto trouvee = std::ranges::lower_bound(fiches, code, {}, &Fiche::code);
+  const auto* const trouvee = std::ranges::lower_bound(fiches, code, {}, &Fiche::code);
   if (trouvee == std::end(fiches) || trouvee->code != code)
     throw std::logic_error("code sans fiche");
   return *trouvee;
@@ -50,9 +50,9 @@ std::string nom(Code code) {
   return "V" + chiffres;
 }
 
-std::optional<Code> code_nomme(std::string_view texte) {
-  const auto trouvee =
-      std::ranges::find_if(fiches, [&](const Fiche& f) { return nom(f.code) == texte; });
+std::optional<Code> code_nomme(std::string_view cherche) {
+  const auto* const trouvee =
+      std::ranges::find_if(fiches, [&](const Fiche& f) { return nom(f.code) == cherche; });
   if (trouvee == std::end(fiches)) return {};
   return trouvee->code;
 }

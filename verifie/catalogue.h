@@ -35,7 +35,7 @@ const Fiche& fiche(Code code);
 
 /// "V012", and back; nothing for a text that is no code of the catalogue.
 std::string nom(Code code);
-std::optional<Code> code_nomme(std::string_view nom);
+std::optional<Code> code_nomme(std::string_view cherche);
 
 /// "erreur", "avertissement" or "avis".
 std::string_view nom(Gravite gravite);

@@ -9,6 +9,11 @@ namespace topomine {
 
 namespace {
 
+/// The line, from 1, on which a byte stands.
+int ligne_de(std::string_view texte, std::size_t place) {
+  return 1 + static_cast<int>(std::ranges::count(texte.substr(0, place), '\n'));
+}
+
 /// Text that needs no second look: ASCII without control characters.
 bool ordinaire(std::string_view texte) {
   unsigned autre = 0;  // no early way out: a loop that the compiler makes wide
@@ -98,9 +103,7 @@ class Codage {
   }
   std::string origine() const { return annonce_.empty() ? ", codage sans annonce" : ", annonce"; }
   FauteOctets faute(std::size_t place, std::string quoi) const {
-    const auto fin = texte_.begin() + static_cast<std::ptrdiff_t>(place);
-    return {Code::hors_codage, 1 + static_cast<int>(std::count(texte_.begin(), fin, '\n')),
-            std::move(quoi)};
+    return {Code::hors_codage, ligne_de(texte_, place), std::move(quoi)};
   }
 
   std::string_view texte_;
@@ -113,9 +116,7 @@ std::optional<FauteOctets> faute_codage(std::string_view texte) {
   const std::size_t nul = texte.find('\0');
   if (nul != std::string_view::npos &&
       texte.find_first_not_of(std::string_view("\0 \t\r\n", 5), nul) != std::string_view::npos) {
-    const auto fin = texte.begin() + static_cast<std::ptrdiff_t>(nul);
-    return FauteOctets{Code::octet_nul, 1 + static_cast<int>(std::count(texte.begin(), fin, '\n')),
-                       "octet nul, la lecture s'arrete la"};
+    return FauteOctets{Code::octet_nul, ligne_de(texte, nul), "octet nul, la lecture s'arrete la"};
   }
   return Codage(texte.substr(0, nul)).chercher();
 }

@@ -75,7 +75,7 @@ constexpr Contenu scene{m_scene};
 
 class Inventaire {
  public:
-  Inventaire(CasLu& r, Fichier f) : r_(r), f_(f) {}
+  Inventaire(CasLu& cas, Fichier f) : r_(cas), f_(f) {}
 
   /// The entities of a list, whatever their names.
   void liste(Noeud n, const char* sorte, const Contenu& contenu, const char* nom) {
@@ -171,21 +171,21 @@ constexpr std::array<const Contenu*, nb_fichiers> contenus{&scene, &bloc, &face,
 
 }  // namespace
 
-void inventorier(CasLu& r, Fichier f, const DocumentXml& doc) {
+void inventorier(CasLu& cas, Fichier f, const DocumentXml& doc) {
   const SorteDeFichier& c = sortes_de_fichier[f];
   const Noeud racine = doc.noeud().premier(c.racine);
   if (!racine) return;
   if (const Noeud seconde = racine.suivant(c.racine))
-    r.signaler(Code::element_en_double, f, seconde.ligne(), "fichier", "",
-               std::string(c.racine) + " donne deux fois, le premier est lu");
-  Inventaire i(r, f);
+    cas.signaler(Code::element_en_double, f, seconde.ligne(), "fichier", "",
+                 std::string(c.racine) + " donne deux fois, le premier est lu");
+  Inventaire i(cas, f);
   if (f != fic_def) return i.liste(racine, c.sorte, *contenus[f], "Ident");
   i.entite(racine, c.sorte, *contenus[f]);
   if (const Noeud avion = racine.premier("reference_avion"))
     for (Noeud e = avion.premier(); e; e = e.suivant())
-      r.lignes_avion.try_emplace(e.valeur(), e.ligne());
+      cas.lignes_avion.try_emplace(e.valeur(), e.ligne());
   if (const Noeud pieces = racine.premier("liste_pieces")) {
-    r.lignes_avion["liste_pieces"] = pieces.ligne();
+    cas.lignes_avion["liste_pieces"] = pieces.ligne();
     i.liste(pieces, "piece", piece, "nom");
   }
   if (const Noeud raccords = racine.premier("liste_raccords"))

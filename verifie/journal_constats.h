@@ -24,7 +24,7 @@ void preciser_lignes(CasLu& cas);
 void lire_document_strict(CasLu& cas, Fichier f, const DocumentXml& doc);
 
 /// Reads the text of a climite.cfg.
-void lire_config_strict(ConfigLue& cas, std::string_view texte);
+void lire_config_strict(ConfigLue& config, std::string_view texte);
 
 /// Turns what a strict reading of one file has to say into findings, each with the entity under way
 /// and the line.

@@ -13,7 +13,7 @@ namespace {
 
 class Config {
  public:
-  Config(ConfigLue& r, std::string_view texte) : r_(r), texte_(texte), l_(texte) {}
+  Config(ConfigLue& config, std::string_view texte) : r_(config), texte_(texte), l_(texte) {}
 
   void lire() {
     if (texte_.find_first_not_of(" \t\r") == std::string_view::npos)
@@ -117,20 +117,20 @@ class Config {
 
 }  // namespace
 
-void lire_config_strict(ConfigLue& r, std::string_view texte) {
-  Config(r, texte).lire();
+void lire_config_strict(ConfigLue& config, std::string_view texte) {
+  Config(config, texte).lire();
 }
 
 ConfigLue lire_config(const std::string& chemin) {
-  ConfigLue r;
-  r.nom = chemin + "climite.cfg";
+  ConfigLue config;
+  config.nom = chemin + "climite.cfg";
   std::string texte;
-  if (const Lecture lecture = lire_fichier(r.nom, texte); lecture == Lecture::faite)
-    lire_config_strict(r, texte);
+  if (const Lecture lecture = lire_fichier(config.nom, texte); lecture == Lecture::faite)
+    lire_config_strict(config, texte);
   else
-    r.constats.push_back({code_de(lecture), r.nom, 1, "fichier", "",
-                          std::string(texte_de(lecture)) + ", aucun code n'est connu"});
-  return r;
+    config.constats.push_back({code_de(lecture), config.nom, 1, "fichier", "",
+                               std::string(texte_de(lecture)) + ", aucun code n'est connu"});
+  return config;
 }
 
 }  // namespace topomine

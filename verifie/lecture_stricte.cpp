@@ -48,13 +48,13 @@ std::optional<FauteOctets> tolerance(const std::string& texte) {
 }
 
 /// Parses one file; says why when it cannot be.
-bool ouvrir(CasLu& r, Fichier f, DocumentXml& doc) {
+bool ouvrir(CasLu& cas, Fichier f, DocumentXml& doc) {
   const auto dire_faute = [&](const std::optional<FauteOctets>& faute) {
-    if (faute) r.signaler(faute->code, f, faute->ligne, "fichier", "", faute->quoi);
+    if (faute) cas.signaler(faute->code, f, faute->ligne, "fichier", "", faute->quoi);
     return false;
   };
   std::string texte;
-  if (const Lecture lecture = lire_fichier(r.noms[f], texte); lecture != Lecture::faite)
+  if (const Lecture lecture = lire_fichier(cas.noms[f], texte); lecture != Lecture::faite)
     return dire_faute(FauteOctets{code_de(lecture), 1, texte_de(lecture)});
   const auto codage = faute_codage(texte);
   const auto toleree = tolerance(texte);
@@ -63,7 +63,7 @@ bool ouvrir(CasLu& r, Fichier f, DocumentXml& doc) {
     dire_faute(codage);
     if (codage->code == Code::octet_nul) return lisible && doc.racine();
   }
-  if (!lisible) return dire_faute(refus(r.noms[f], codage, doc));
+  if (!lisible) return dire_faute(refus(cas.noms[f], codage, doc));
   dire_faute(toleree);
   if (doc.racine()) return true;
   return dire_faute(FauteOctets{Code::document_vide, 1, "coupe avant son premier element"});
@@ -105,24 +105,24 @@ Code code_de(Lecture lecture) {
   return manque ? Code::fichier_absent : Code::fichier_illisible;
 }
 
-void lire_document_strict(CasLu& r, Fichier f, const DocumentXml& doc) {
+void lire_document_strict(CasLu& cas, Fichier f, const DocumentXml& doc) {
   const SorteDeFichier& sorte = sortes_de_fichier[f];
   if (!doc.noeud().premier(sorte.racine)) {
-    r.signaler(Code::racine_absente, f, 1, "fichier", "",
-               std::string("pas d'element ") + sorte.racine);
+    cas.signaler(Code::racine_absente, f, 1, "fichier", "",
+                 std::string("pas d'element ") + sorte.racine);
     return;
   }
-  r.lus[f] = true;
-  r.base.disp = false;
-  const std::size_t avant = r.constats.size();
-  JournalConstats journal(r, f);
-  marches[f](r.base, doc, r.noms[f], journal);
-  inventorier(r, f, doc);
-  if (f == fic_def || !r.lignes[f].empty() || r.perdus[f] > 0) return;
-  r.lus[f] = false;
-  if (r.constats.size() > avant) return;  // what tells why there are none
-  r.signaler(Code::base_vide, f, doc.noeud().premier(sorte.racine).ligne(), "fichier", "",
-             std::string("aucune entite ") + sorte.sorte);
+  cas.lus[f] = true;
+  cas.base.disp = false;
+  const std::size_t avant = cas.constats.size();
+  JournalConstats journal(cas, f);
+  marches[f](cas.base, doc, cas.noms[f], journal);
+  inventorier(cas, f, doc);
+  if (f == fic_def || !cas.lignes[f].empty() || cas.perdus[f] > 0) return;
+  cas.lus[f] = false;
+  if (cas.constats.size() > avant) return;  // what tells why there are none
+  cas.signaler(Code::base_vide, f, doc.noeud().premier(sorte.racine).ligne(), "fichier", "",
+               std::string("aucune entite ") + sorte.sorte);
 }
 
 int CasLu::ligne(Fichier f, int numero) const {
@@ -159,14 +159,14 @@ void CasLu::signaler(Code code, Fichier f, int ligne, const std::string& sorte,
 }
 
 CasLu lire_cas(const std::string& nom, const std::string& chemin, const std::string& mode) {
-  CasLu r;
-  r.base = Base(nom, chemin, mode);
-  r.base.gen_nom_base();
+  CasLu cas;
+  cas.base = Base(nom, chemin, mode);
+  cas.base.gen_nom_base();
   for (const Fichier f : {fic_def, fic_blck, fic_face, fic_edge, fic_vrtx}) {
-    r.noms[f] = r.base.nom_base + fin_de_nom(f, mode);
-    if (DocumentXml doc; ouvrir(r, f, doc)) lire_document_strict(r, f, doc);
+    cas.noms[f] = cas.base.nom_base + fin_de_nom(f, mode);
+    if (DocumentXml doc; ouvrir(cas, f, doc)) lire_document_strict(cas, f, doc);
   }
-  return r;
+  return cas;
 }
 
 }  // namespace topomine

@@ -42,15 +42,15 @@ Noeud suivre(Noeud n, std::string_view chemin) {
 
 }  // namespace
 
-void preciser_lignes(CasLu& r) {
+void preciser_lignes(CasLu& cas) {
   for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx}) {
     std::unordered_map<std::string_view, std::vector<Constat*>> par_numero;
-    for (Constat& c : r.constats)
-      if (!c.champ.empty() && c.fichier == r.noms[f]) par_numero[c.numero].push_back(&c);
+    for (Constat& c : cas.constats)
+      if (!c.champ.empty() && c.fichier == cas.noms[f]) par_numero[c.numero].push_back(&c);
     if (par_numero.empty()) continue;
     DocumentXml doc;
     std::string texte;
-    if (lire_fichier(r.noms[f], texte) != Lecture::faite ||
+    if (lire_fichier(cas.noms[f], texte) != Lecture::faite ||
         !analyser_xml(std::move(texte), doc, true) || !doc.racine())
       continue;
     for (Noeud n = doc.racine().premier(); n; n = n.suivant()) {

@@ -60,6 +60,34 @@ Quatre quatre(const Maille& m, int face) {
   return q;
 }
 
+/// The vertex of corner c of a block, whose bit n says on which side of axis n it lies: the one
+/// that is on its three faces; where one of them shrank, not on the face opposite to it. The others
+/// may meet at what it shrank to. `la` says which faces did not shrink.
+int sommet_du_coin(unsigned c, const std::array<Quatre, nb_faces_bloc>& sur_face,
+                   const std::array<bool, nb_faces_bloc>& la) {
+  std::array<int, 8> restants{};
+  int nb = -1;
+  for (const bool oppose : {false, true})
+    for (unsigned axe = 0; axe < 3; ++axe) {
+      const unsigned sien = c >> axe & 1U, cote = sien ^ static_cast<unsigned>(oppose);
+      const auto place = [&](unsigned ou) {
+        return static_cast<std::size_t>(place_face(static_cast<int>(ou), static_cast<int>(axe)));
+      };
+      if (!la[place(cote)] || (oppose && (nb <= 1 || la[place(sien)]))) continue;
+      const Quatre& q = sur_face[place(cote)];
+      if (nb < 0) restants = q.rangs, nb = q.nb;
+      std::array<int, 8> suite{};
+      int n = 0;
+      for (int i = 0; i < nb; ++i)
+        if (q.a_deja(restants[static_cast<std::size_t>(i)]) != oppose)
+          suite[static_cast<std::size_t>(n++)] = restants[static_cast<std::size_t>(i)];
+      if (oppose && n == 0) continue;
+      restants = suite;
+      nb = n;
+    }
+  return nb == 1 ? restants[0] : inconnu;
+}
+
 }  // namespace
 
 std::vector<int> Maille::sommets(int face) const {
@@ -79,31 +107,8 @@ bool Maille::coins(int bloc, Coins& coins) const {
     la[static_cast<std::size_t>(s)] = true;
   }
   for (unsigned c = 0; c < 8; ++c) {
-    // On the three faces of the corner; where one of them shrank, not on the face opposite to it.
-    // The others may meet at what it shrank to.
-    std::array<int, 8> restants{};
-    int nb = -1;
-    for (const bool oppose : {false, true})
-      for (unsigned axe = 0; axe < 3; ++axe) {
-        const unsigned cote = (c >> axe & 1U) ^ static_cast<unsigned>(oppose);
-        const auto s =
-            static_cast<std::size_t>(place_face(static_cast<int>(cote), static_cast<int>(axe)));
-        const auto sienne = static_cast<std::size_t>(
-            place_face(static_cast<int>(c >> axe & 1U), static_cast<int>(axe)));
-        if (!la[s] || (oppose && (nb <= 1 || la[sienne]))) continue;
-        const Quatre& q = sur_face[s];
-        if (nb < 0) restants = q.rangs, nb = q.nb;
-        std::array<int, 8> suite{};
-        int n = 0;
-        for (int i = 0; i < nb; ++i)
-          if (q.a_deja(restants[static_cast<std::size_t>(i)]) != oppose)
-            suite[static_cast<std::size_t>(n++)] = restants[static_cast<std::size_t>(i)];
-        if (oppose && n == 0) continue;
-        restants = suite;
-        nb = n;
-      }
-    if (nb != 1) return false;
-    coins[c] = restants[0];
+    coins[c] = sommet_du_coin(c, sur_face, la);
+    if (coins[c] == inconnu) return false;
   }
   return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <map>
@@ -93,7 +94,7 @@ struct Maille {
   /// vertex to which it shrank.
   bool coins(int bloc, Coins& coins) const;
   /// An edge that joins two vertices, `inconnu` when there is none.
-  int edge_entre(int a, int b) const;
+  int edge_entre(int de, int vers) const;
 
  private:
   mutable std::map<std::pair<int, int>, int> par_bouts_;
@@ -115,9 +116,7 @@ int nb_communs(const std::array<int, N>& x, const std::array<int, N>& y) {
 }
 
 inline bool contient(std::span<const int> liste, int rang) {
-  for (const int r : liste)
-    if (r == rang) return true;
-  return false;
+  return std::ranges::find(liste, rang) != liste.end();
 }
 
 }  // namespace topomine

@@ -150,7 +150,8 @@ class CodesDEdge {
     for (int e = 0; e < x_.maille.num_edges.nb(); ++e) {
       if (!jugeable(e)) continue;
       ++nb;
-      nb_faux += au(faux_, e) = !accord(e).juste();
+      au(faux_, e) = accord(e).juste() ? 0 : 1;
+      nb_faux += static_cast<std::size_t>(au(faux_, e));
     }
     if (nb_faux > 8 && nb_faux * 4 > nb)
       return x_.signaler(Code::edge_code_du_mode, fic_edge,

@@ -91,7 +91,7 @@ class Grille {
   explicit Grille(const std::vector<Vec>& positions) : positions_(positions) {
     // The median: one vertex far away must not bring all the others together.
     std::vector<double> tailles;
-    for (const Vec& p : positions) tailles.push_back(plus_grande(p));
+    std::ranges::transform(positions, std::back_inserter(tailles), plus_grande);
     if (tailles.empty()) return;
     const auto milieu = tailles.begin() + static_cast<std::ptrdiff_t>(tailles.size() / 2);
     std::ranges::nth_element(tailles, milieu);

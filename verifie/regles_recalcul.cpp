@@ -23,22 +23,7 @@ class Recalcul {
   void recalculer() {
     for (BlocMesure& k : blocs_) k.tolerance = k.tolerance_fine;
     for (const double facteur : moins_precis) {
-      std::vector<int> autres, gauches;
-      std::size_t juges = 0, courbes = 0;
-      for (int b = 0; b < nb(); ++b) {
-        BlocMesure& k = bloc(b);
-        if (!k.coins_surs) continue;
-        k.tolerance *= facteur;
-        if (k.gauche()) {
-          k.differe = k.retourne();
-          if (k.differe) gauches.push_back(b);
-          continue;
-        }
-        ++juges;
-        k.differe = k.nb_ecarts() > 0;
-        courbes += k.courbe();
-        if (k.differe) autres.push_back(b);
-      }
+      const auto [autres, gauches, juges, courbes] = trier(facteur);
       std::vector<int> deplaces = autres;
       deplaces.insert(deplaces.end(), gauches.begin(), gauches.end());
       if (!deplaces.empty() && juges >= 2) {
@@ -56,6 +41,32 @@ class Recalcul {
   }
 
  private:
+  /// The blocks whose values are others, right- and left-handed ones apart; of the right-handed
+  /// ones how many were judged, and how many are curved.
+  struct Tri {
+    std::vector<int> autres, gauches;
+    std::size_t juges = 0, courbes = 0;
+  };
+  /// With tolerances that much wider.
+  Tri trier(double facteur) {
+    Tri t;
+    for (int b = 0; b < nb(); ++b) {
+      BlocMesure& k = bloc(b);
+      if (!k.coins_surs) continue;
+      k.tolerance *= facteur;
+      if (k.gauche()) {
+        k.differe = k.retourne();
+        if (k.differe) t.gauches.push_back(b);
+        continue;
+      }
+      ++t.juges;
+      k.differe = k.nb_ecarts() > 0;
+      if (k.courbe()) ++t.courbes;
+      if (k.differe) t.autres.push_back(b);
+    }
+    return t;
+  }
+
   int nb() const { return static_cast<int>(blocs_.size()); }
   BlocMesure& bloc(int b) { return au(blocs_, b); }
 

@@ -22,7 +22,7 @@ namespace topomine {
 
 namespace {
 
-std::string nom_de(Colonne colonne) {
+std::string nom_de(std::size_t colonne) {
   return std::string(schema[colonne].nom);
 }
 
@@ -129,7 +129,8 @@ void options_table(CLI::App& commande, OptionsTable& options) {
 
 std::string extensions_des_formats() {
   std::vector<std::string> extensions;
-  for (const Format& f : formats) extensions.emplace_back(f.extension);
+  std::ranges::transform(formats, std::back_inserter(extensions),
+                         [](const Format& f) { return std::string(f.extension); });
   return enumerer(extensions, " ou ");
 }
 
