@@ -10,9 +10,9 @@ namespace topomine {
 /// each leaves out.
 enum class Mode { ext, nrm, min };
 
-inline constexpr std::array<Mode, 3> tous_les_modes{Mode::ext, Mode::nrm, Mode::min};
+inline constexpr auto tous_les_modes = std::to_array<Mode>({Mode::ext, Mode::nrm, Mode::min});
 /// As the names of files and the command lines have them, by mode.
-inline constexpr std::array<std::string_view, 3> noms_des_modes{"ext", "nrm", "min"};
+inline constexpr auto noms_des_modes = std::to_array<std::string_view>({"ext", "nrm", "min"});
 
 constexpr std::string_view nom(Mode mode) {
   return noms_des_modes[static_cast<std::size_t>(mode)];

@@ -133,9 +133,9 @@ std::string FichierCgns::unite_de_longueur(int z) const {
     CGNS_ENUMT(TemperatureUnits_t) temperature{};
     CGNS_ENUMT(AngleUnits_t) angle{};
     if (la != CG_OK || cg_units_read(&masse, &longueur, &temps, &temperature, &angle) != CG_OK ||
-        longueur <= CGNS_ENUMV(LengthUnitsUserDefined) || longueur >= NofValidLengthUnits)
+        longueur <= CGNS_ENUMV(LengthUnitsUserDefined))
       return "";
-    return LengthUnitsName[longueur];
+    return cg_LengthUnitsName(longueur);
   };
   // The innermost one counts.
   for (const std::string& unite :
@@ -160,7 +160,7 @@ bool FichierCgns::a_coordonnee(int z, const char* nom) const {
 
 void FichierCgns::coordonnees(std::size_t zone, const Ijk& taille,
                               const std::array<std::span<double>, 3>& xyz) const {
-  constexpr std::array<const char*, 3> noms{"CoordinateX", "CoordinateY", "CoordinateZ"};
+  constexpr auto noms = std::to_array<const char*>({"CoordinateX", "CoordinateY", "CoordinateZ"});
   const int z = numeros_[zone];
   std::array<cgsize_t, 3> debut{1, 1, 1}, fin{};
   for (std::size_t a = 0; a < 3; ++a) fin[a] = static_cast<cgsize_t>(taille[a]);

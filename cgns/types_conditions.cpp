@@ -11,7 +11,7 @@ namespace {
 
 constexpr int entree = 2, sortie = 3, lointain = 4, symetrie = 5, secteur = 7;
 
-constexpr std::array<TypeCondition, 24> types{{
+constexpr auto types = std::to_array<TypeCondition>({
     {"BCAxisymmetricWedge", secteur},
     {"BCDegenerateLine", bccode_sans_condition, true},
     {"BCDegeneratePoint", bccode_sans_condition, true},
@@ -36,7 +36,7 @@ constexpr std::array<TypeCondition, 24> types{{
     {"BCWallViscousHeatFlux", bccode_paroi},
     {"BCWallViscousIsothermal", bccode_paroi},
     {"UserDefined", bccode_autre},
-}};
+});
 
 }  // namespace
 

@@ -20,10 +20,9 @@ const std::vector<std::string> entete{"attribut", "minimum", "maximum"};
 
 Echelle Echelle::mesurer(const BaseBuffer& table) {
   Echelle echelle;
-  for (int col = 0; col < static_cast<int>(table._attr.size()); ++col) {
+  for (const auto& [nom, type] : table._attr) {
     Bornes b;
-    if (table.calc_min_max(col, b.min, b.max))
-      echelle.bornes.try_emplace(table._attr[static_cast<std::size_t>(col)].first, b);
+    if (table.calc_min_max(nom, b.min, b.max)) echelle.bornes.try_emplace(nom, b);
   }
   return echelle;
 }

@@ -45,7 +45,7 @@ struct Format {
 };
 
 /// The first is the one that is written when none is asked for.
-inline constexpr std::array<Format, 3> formats{{
+inline constexpr auto formats = std::to_array<Format>({
     {.mot = "weka",
      .extension = ".arff",
      .sens = "ARFF",
@@ -66,7 +66,7 @@ inline constexpr std::array<Format, 3> formats{{
      .dit_la_collection = true,
      .choisit_fin_de_ligne = true,
      .ecrire = ecrire_format_csv},
-}};
+});
 
 inline constexpr const Format& format_csv = formats[2];
 static_assert(format_csv.mot == "csv");

@@ -33,8 +33,8 @@ bool est_un_nombre(std::string_view texte, T& valeur) {
 /// power of ten: one division is correctly rounded. Saves 3.4 % of the instructions of a run over
 /// 4,000 blocks.
 bool est_un_decimal(std::string_view texte, double& valeur) {
-  static constexpr std::array<double, 17> puissances{
-      1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16};
+  static constexpr auto puissances = std::to_array<double>(
+      {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16});
   constexpr std::size_t longueur_max = 17;  // a sign and 16 digits, or 15 and the point
   constexpr std::uint64_t exact_max = std::uint64_t{1} << 53;
   if (texte.size() > longueur_max) return false;

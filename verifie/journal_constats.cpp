@@ -33,8 +33,8 @@ void JournalConstats::perdre(std::string_view element, Noeud parent) {
     ++r_.perdus[f_];
     return;
   }
-  constexpr std::array<std::string_view, 7> liens{"Faces", "Face",      "NbSubFace", "SubFace",
-                                                  "Edge",  "NbSubEdge", "SubEdge"};
+  constexpr auto liens = std::to_array<std::string_view>(
+      {"Faces", "Face", "NbSubFace", "SubFace", "Edge", "NbSubEdge", "SubEdge"});
   const bool code = parent && parent.valeur() == std::string_view("Boundary_Conditions");
   perdre(code                                               ? partie_codes
          : std::ranges::find(liens, element) != liens.end() ? partie_liens

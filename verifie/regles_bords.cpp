@@ -218,7 +218,7 @@ class CodesDEdge {
                     std::to_string(*code) + " elles seraient justes",
                 codes_de);
     for (const int e : au(x_.maille.faces, f))
-      if (e >= 0) au(faux_, e) = 0;
+      if (e >= 0) au(faux_, e) = false;
   }
 
   static std::string en_texte(const Codes& codes) {

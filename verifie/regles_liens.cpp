@@ -129,11 +129,11 @@ void dire_orphelins(Examen& x, Fichier de, const Liens<N>& cases, const char* qu
   std::size_t trous = 0;
   for (const auto& places : cases)
     for (const int la : places) {
-      if (la >= 0) au(cites, la) = 1;
+      if (la >= 0) au(cites, la) = true;
       trous += la == inconnu;
     }
   if (vers == fic_face)
-    for (const auto& [bloc, face] : x.maille.partages) au(cites, face) = 1;
+    for (const auto& [bloc, face] : x.maille.partages) au(cites, face) = true;
   std::vector<int> orphelins;
   for (int v = 0; v < x.rangs(vers).nb(); ++v)
     if (!au(cites, v) && !x.est_douteux(vers, v) &&
@@ -159,19 +159,19 @@ std::vector<int> faces_ouvertes(const Examen& x) {
 std::vector<int> coque(const Examen& x, int premiere, const std::vector<char>& ouverte,
                        std::vector<char>& vues) {
   std::vector<int> faces{premiere};
-  au(vues, premiere) = 1;
+  au(vues, premiere) = true;
   bool fermee = true;
   for (std::size_t i = 0; i < faces.size(); ++i)
     for (const int e : au(x.maille.faces, faces[i])) {
       if (e < 0) continue;
-      fermee = fermee && x.maille.faces_d_edge[e].size() <= beaucoup;
-      if (!fermee && x.maille.faces_d_edge[e].size() > beaucoup) continue;
+      const auto autour = x.maille.faces_d_edge[e];
+      if (autour.size() > beaucoup) fermee = false;
       int nb = 0;
-      for (const int g : x.maille.faces_d_edge[e]) {
+      for (const int g : autour.first(std::min(autour.size(), beaucoup))) {
         if (!au(ouverte, g)) continue;
         ++nb;
         if (!au(vues, g)) {
-          au(vues, g) = 1;
+          au(vues, g) = true;
           faces.push_back(g);
         }
       }
@@ -219,7 +219,7 @@ void regle_comptes(Examen& x) {
   if (x.lus({fic_blck, fic_face, fic_edge}) && x.cas.perdus[fic_blck] == 0) {
     std::vector<char> ouverte(x.faces.size(), 0), vues(x.faces.size(), 0);
     const std::vector<int> ouvertes = faces_ouvertes(x);
-    for (const int f : ouvertes) au(ouverte, f) = 1;
+    for (const int f : ouvertes) au(ouverte, f) = true;
     for (const int f : ouvertes) {
       if (au(vues, f)) continue;
       std::vector<int> faces = coque(x, f, ouverte, vues);

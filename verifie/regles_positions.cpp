@@ -65,10 +65,9 @@ void regle_projections(Examen& x) {
     ++projetes;
     double d = 0;
     for (int k = 0; k < vertex.nb_proj(); ++k) {
-      Vec p;
-      double nx = 0, ny = 0, nz = 0;
-      int surface = 0;
-      vertex.get_proj_pt(k, surface, p.x, p.y, p.z, nx, ny, nz);
+      Vec p, normale;
+      int surface{};
+      vertex.get_proj_pt(k, surface, p.x, p.y, p.z, normale.x, normale.y, normale.z);
       d = std::max(d, distance(p, au(positions, rang)));
     }
     if (d > au(voisin, rang)) loin.emplace_back(rang, d);
@@ -105,14 +104,14 @@ class Grille {
     if (!(pas_ > 0)) return;
     for (int v = 0; v < static_cast<int>(positions_.size()); ++v) {
       if (plus_grande(au(positions_, v)) >= pas_ * 1e15) continue;
-      int autre = -1;
+      int autre = inconnu;
       pour_chaque_cellule(v, [&](std::uint64_t cle, bool sienne) {
         if (sienne) sienne_ = cle;
-        for (auto [ici, fin] = cellules_.equal_range(cle); autre < 0 && ici != fin; ++ici)
+        for (auto [ici, fin] = cellules_.equal_range(cle); autre == inconnu && ici != fin; ++ici)
           if (distance(au(positions_, v), au(positions_, ici->second)) <= tolerance_)
             autre = ici->second;
       });
-      if (autre < 0)
+      if (autre == inconnu)
         cellules_.emplace(sienne_, v);
       else
         voir(autre, v);
@@ -163,7 +162,7 @@ class Coutures {
       : x_(x), m_(x.maille), edges_(edges_de_sommet(x.maille)), au_bord_(m_.positions.size(), 0) {
     for (int f = 0; f < m_.num_faces.nb(); ++f)
       if (m_.blocs_de_face[f].size() == 1)
-        for (const int v : m_.sommets(f)) au(au_bord_, v) = 1;
+        for (const int v : m_.sommets(f)) au(au_bord_, v) = true;
   }
 
   void ajouter(int v, int w) { paires_.emplace_back(v, w); }

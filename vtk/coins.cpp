@@ -194,8 +194,8 @@ Vec position(const Base& base, int vertex) {
 double volume(const std::array<Vec, 8>& coins) {
   // The volume under a bilinear face is the mean over its two triangulations. Taken from corner 0;
   // faces there add only their curvature.
-  constexpr std::array<std::array<Place, 4>, 6> faces{
-      {{0, 4, 6, 2}, {0, 1, 5, 4}, {0, 2, 3, 1}, {1, 3, 7, 5}, {2, 6, 7, 3}, {4, 5, 7, 6}}};
+  constexpr auto faces = std::to_array<std::array<Place, 4>>(
+      {{0, 4, 6, 2}, {0, 1, 5, 4}, {0, 2, 3, 1}, {1, 3, 7, 5}, {2, 6, 7, 3}, {4, 5, 7, 6}});
   double somme = 0;
   for (const auto& [a, b, c, d] : faces) {
     const Vec A = coins[a] - coins[0], B = coins[b] - coins[0], C = coins[c] - coins[0],

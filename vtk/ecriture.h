@@ -18,7 +18,8 @@ struct FormatVtk {
   void (*ecrire)(std::ostream& out, const Grille& grille);
 };
 
-inline constexpr std::array<FormatVtk, 2> formats_vtk{{{".vtu", ecrire_vtu}, {".vtk", ecrire_vtk}}};
+inline constexpr auto formats_vtk =
+    std::to_array<FormatVtk>({{".vtu", ecrire_vtu}, {".vtk", ecrire_vtk}});
 
 /// The format of a file's extension; null for another one.
 const FormatVtk* format_vtk(std::string_view fichier);

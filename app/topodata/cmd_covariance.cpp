@@ -169,7 +169,7 @@ void executer(Options& o) {
   progres.ecriture(o.fichier);
   if (csv) ecrire_matrice(csv->flux(), m);
   // Old files are replaced only when all new ones are complete.
-  const std::array<std::optional<Sortie>*, 3> sorties{&somme, &image, &csv};
+  const auto sorties = std::to_array<std::optional<Sortie>*>({&somme, &image, &csv});
   for (auto* sortie : sorties)
     if (*sortie) (*sortie)->fermer();
   for (auto* sortie : sorties)

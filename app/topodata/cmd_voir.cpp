@@ -29,8 +29,8 @@ struct Options {
 };
 
 /// Kinds in the order of their listing numbers, from 1.
-constexpr std::array<const char*, 7> sortes{"bloc",  "face",  "edge",   "vertex",
-                                            "avion", "piece", "raccord"};
+constexpr auto sortes =
+    std::to_array<const char*>({"bloc", "face", "edge", "vertex", "avion", "piece", "raccord"});
 
 int numero_sorte(const std::string& nom) {
   return 1 + static_cast<int>(std::ranges::find(sortes, nom) - sortes.begin());

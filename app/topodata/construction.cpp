@@ -49,11 +49,11 @@ struct Ecarte {
   std::string_view nom, raison;
 };
 constexpr std::string_view texte_qui_nomme = "texte, nomme l'exemple ou sa base";
-constexpr std::array<Ecarte, 5> ecartes{{{nom_collection, texte_qui_nomme},
-                                         {schema[col_base].nom, texte_qui_nomme},
-                                         {schema[col_ident].nom, texte_qui_nomme},
-                                         {schema[col_Num_Base].nom, "nomme la base"},
-                                         {schema[col_Classe].nom, "dit si l'exemple est reel"}}};
+constexpr Ecarte ecartes[]{{nom_collection, texte_qui_nomme},
+                           {schema[col_base].nom, texte_qui_nomme},
+                           {schema[col_ident].nom, texte_qui_nomme},
+                           {schema[col_Num_Base].nom, "nomme la base"},
+                           {schema[col_Classe].nom, "dit si l'exemple est reel"}};
 
 /// What --classe may name.
 const std::vector<std::string> classes{nom_de(col_TypeC), nom_de(col_Classe), nom_de(col_type)};
@@ -199,7 +199,7 @@ void Atelier::choisir_classe() {
     throw Erreur("--cache cache " + classe + ", que --classe demande");
   std::string dit;
   const char* separation = "";
-  for (std::size_t i = 0; i < ecartes.size(); ++i) {
+  for (std::size_t i = 0; i < std::size(ecartes); ++i) {
     const std::string nom(ecartes[i].nom);
     const auto montre = cadre_._aff.find(nom);
     if (nom == classe || montre == cadre_._aff.end() || !montre->second) continue;
@@ -207,7 +207,7 @@ void Atelier::choisir_classe() {
     dit += separation + nom;
     separation = ", ";
     // One reason for those that share it.
-    if (i + 1 < ecartes.size() && ecartes[i + 1].raison == ecartes[i].raison) continue;
+    if (i + 1 < std::size(ecartes) && ecartes[i + 1].raison == ecartes[i].raison) continue;
     dit += " (" + std::string(ecartes[i].raison) + ")";
   }
   cadre_.hide_attr(classe);

@@ -122,7 +122,7 @@ void tracer(Trace& trace, const std::vector<Touche>& touches, const Cadre& cadre
 std::string tracer_axes(Trace& trace, const std::array<Plan, 3>& axes) {
   constexpr double x0 = 50, y0 = 50, longueur = 34;
   std::string etiquettes;
-  const std::array<const char*, 3> noms{"x", "y", "z"};
+  const auto noms = std::to_array<const char*>({"x", "y", "z"});
   for (std::size_t a = 0; a < 3; ++a) {
     const auto [x, y] = axes[a];
     trace.element("with lines lc rgb '#555555' lw 1.6 notitle");

@@ -20,18 +20,20 @@ namespace {
 
 constexpr Couleur blanc{1, 1, 1}, gris_paroi{0.80, 0.78, 0.74}, gris_contour{0.42, 0.40, 0.37},
     gris_trait{0.62, 0.65, 0.69}, orange{0.84, 0.33, 0.02};
-constexpr std::array<Couleur, 12> couleurs_familles{{{0.84, 0.33, 0.02},
-                                                     {0.00, 0.45, 0.70},
-                                                     {0.00, 0.60, 0.45},
-                                                     {0.80, 0.40, 0.65},
-                                                     {0.75, 0.60, 0.00},
-                                                     {0.34, 0.71, 0.91},
-                                                     {0.50, 0.30, 0.15},
-                                                     {0.45, 0.25, 0.65},
-                                                     {0.55, 0.70, 0.10},
-                                                     {0.80, 0.10, 0.20},
-                                                     {0.10, 0.40, 0.30},
-                                                     {0.40, 0.40, 0.40}}};
+constexpr auto couleurs_familles = std::to_array<Couleur>({{0.84, 0.33, 0.02},
+                                                           {0.00, 0.45, 0.70},
+                                                           {0.00, 0.60, 0.45},
+                                                           {0.80, 0.40, 0.65},
+                                                           {0.75, 0.60, 0.00},
+                                                           {0.34, 0.71, 0.91},
+                                                           {0.50, 0.30, 0.15},
+                                                           {0.45, 0.25, 0.65},
+                                                           {0.55, 0.70, 0.10},
+                                                           {0.80, 0.10, 0.20},
+                                                           {0.10, 0.40, 0.30},
+                                                           {0.40, 0.40, 0.40}});
+
+static_assert(sont_des_couleurs(couleurs_familles));
 
 /// More blocks than these are drawn with each shared edge once, and only at the boundary: the eye
 /// could not tell them apart.
@@ -132,18 +134,18 @@ class Familles {
 };
 
 /// The twelve edges of a block, by corners i + 2j + 4k.
-constexpr std::array<std::array<std::size_t, 2>, 12> cotes_bloc{{{0, 1},
-                                                                 {2, 3},
-                                                                 {4, 5},
-                                                                 {6, 7},
-                                                                 {0, 2},
-                                                                 {1, 3},
-                                                                 {4, 6},
-                                                                 {5, 7},
-                                                                 {0, 4},
-                                                                 {1, 5},
-                                                                 {2, 6},
-                                                                 {3, 7}}};
+constexpr auto cotes_bloc = std::to_array<std::array<std::size_t, 2>>({{0, 1},
+                                                                       {2, 3},
+                                                                       {4, 5},
+                                                                       {6, 7},
+                                                                       {0, 2},
+                                                                       {1, 3},
+                                                                       {4, 6},
+                                                                       {5, 7},
+                                                                       {0, 4},
+                                                                       {1, 5},
+                                                                       {2, 6},
+                                                                       {3, 7}});
 
 bool au_bord(const Base& base, const Block& bloc) {
   for (int s = 0; s < 6; ++s) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +17,13 @@ namespace topomine {
 
 /// Red, green and blue, 0 to 1.
 using Couleur = std::array<double, 3>;
+
+/// Each part is in its range.
+constexpr bool sont_des_couleurs(std::span<const Couleur> couleurs) {
+  return std::ranges::all_of(couleurs, [](const Couleur& c) {
+    return std::ranges::all_of(c, [](double part) { return part >= 0 && part <= 1; });
+  });
+}
 
 /// At the part t of the way from a to b.
 inline Couleur entre(const Couleur& a, const Couleur& b, double t) {
@@ -46,12 +55,14 @@ struct LegendeCas {
 };
 
 /// Colours of a scale at equal distances, from its least value on.
-inline constexpr std::array<Couleur, 6> palette{{{0.05, 0.03, 0.53},
-                                                 {0.36, 0.01, 0.64},
-                                                 {0.61, 0.09, 0.62},
-                                                 {0.80, 0.28, 0.47},
-                                                 {0.91, 0.43, 0.28},
-                                                 {0.95, 0.61, 0.07}}};
+inline constexpr auto palette = std::to_array<Couleur>({{0.05, 0.03, 0.53},
+                                                        {0.36, 0.01, 0.64},
+                                                        {0.61, 0.09, 0.62},
+                                                        {0.80, 0.28, 0.47},
+                                                        {0.91, 0.43, 0.28},
+                                                        {0.95, 0.61, 0.07}});
+
+static_assert(sont_des_couleurs(palette));
 
 struct Scene {
   std::string titre;

@@ -37,6 +37,10 @@ TEST(Entities, AreEmptyAtFirst) {
       "R\351f\351rences Avion\n Nom     : \n Famille : \n Longueur : 0\n Envirgure: 0\n Hauteur  : "
       "0\n Span voilure : 0\n Surf Voilure : 0\n Corde : 0\n Sweep : 0\n Nb moteur : 0\n\n");
   EXPECT_EQ(listing(Raccord()), "Raccord  //  : \n");
+  Raccord vide;
+  EXPECT_EQ(vide._pc1("a") + vide._pc2("b") + vide._type("C45"), "abC45");
+  vide.clear();
+  EXPECT_EQ(listing(vide), "Raccord  //  : \n");
   EXPECT_TRUE(Block()._forme() == 'H' && !Block()._typeC() && Piece()._topology() == '\0');
   EXPECT_TRUE(Face()._type() == 0 && Face()._carac() == 0 && Edge()._carac() == 0);
   EXPECT_EQ(Avion()._height() + Avion()._corde() + Avion()._sweep(), 0);
