@@ -20,12 +20,12 @@ void exiger_reussite(int statut) {
 
 std::map<std::string, int> types_des_familles(int fichier, int base) {
   std::map<std::string, int> types;
-  int nb = 0;
+  int nb{};
   exiger_reussite(cg_nfamilies(fichier, base, &nb));
   for (int f = 1; f <= nb; ++f) {
     NomCgns nom;
     NomCgns condition;
-    int conditions = 0, geometries = 0;
+    int conditions{}, geometries{};
     exiger_reussite(cg_family_read(fichier, base, f, nom.place(), &conditions, &geometries));
     if (conditions < 1) continue;
     CGNS_ENUMT(BCType_t) type{};

@@ -149,7 +149,7 @@ Extrait extraire(const std::string& fichier, const OptionsLecture& options,
   std::string recu;
   const bool a_temps = ecouter(entree.descripteur(), limites.secondes, recu);
   if (!a_temps) kill(pid, SIGKILL);
-  int etat = 0;
+  int etat{};
   while (waitpid(pid, &etat, 0) < 0 && errno == EINTR) {
   }
   if (!a_temps)

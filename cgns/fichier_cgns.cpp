@@ -29,7 +29,7 @@ FichierCgns::~FichierCgns() {
 }
 
 void FichierCgns::choisir_base(const std::string& nom) {
-  int nb = 0, cellules = 0, espace = 0;
+  int nb{}, cellules{}, espace{};
   exiger_reussite(cg_nbases(fichier_, &nb));
   std::string noms;
   for (int b = 1; b <= nb; ++b) {
@@ -68,15 +68,15 @@ Zone FichierCgns::zone(int z) const {
 std::map<std::string, std::size_t> FichierCgns::ordre_des_noeuds() const {
   constexpr int longueur = CGIO_MAX_NAME_LENGTH + 1;
   std::map<std::string, std::size_t> ordre;
-  int acces = 0, nb = 0;
-  double racine = 0, noeud = 0;
+  int acces{}, nb{};
+  double racine{}, noeud{};
   if (cg_get_cgio(fichier_, &acces) != CG_OK || cg_root_id(fichier_, &racine) != CG_OK ||
       cgio_get_node_id(acces, racine, nom_base_.c_str(), &noeud) != CGIO_ERR_NONE ||
       cgio_number_children(acces, noeud, &nb) != CGIO_ERR_NONE)
     return ordre;
   for (int n = 1; n <= nb; ++n) {
     std::array<char, longueur> nom{};
-    int lus = 0;
+    int lus{};
     if (cgio_children_names(acces, noeud, n, 1, longueur, &lus, nom.data()) != CGIO_ERR_NONE) break;
     ordre.emplace(nom.data(), ordre.size());
   }
@@ -86,7 +86,7 @@ std::map<std::string, std::size_t> FichierCgns::ordre_des_noeuds() const {
 Structure FichierCgns::structure() {
   Structure s;
   s.base = nom_base_;
-  int nb = 0;
+  int nb{};
   exiger_reussite(cg_nzones(fichier_, base_, &nb));
   const std::map<std::string, std::size_t> ordre = ordre_des_noeuds();
   const auto place = [&](const NumeroZone& z) {
@@ -147,7 +147,7 @@ std::string FichierCgns::unite_de_longueur(int z) const {
 }
 
 bool FichierCgns::a_coordonnee(int z, const char* nom) const {
-  int nb = 0;
+  int nb{};
   exiger_reussite(cg_ncoords(fichier_, base_, z, &nb));
   for (int c = 1; c <= nb; ++c) {
     NomCgns lu;

@@ -35,7 +35,7 @@ class FichierCgns {
   bool a_coordonnee(int z, const char* nom) const;
   std::map<std::string, std::size_t> ordre_des_noeuds() const;
 
-  int fichier_ = 0, base_ = 0;
+  int fichier_{}, base_{};
   std::string nom_base_;
   std::vector<int> numeros_;  // of the library, per zone
   std::vector<std::string> noms_;

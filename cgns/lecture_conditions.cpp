@@ -38,7 +38,7 @@ class Conditions {
       : s_(s), r_(r), p_(p), zone_(p.rang) {}
 
   void lire_tout() {
-    int nb = 0;
+    int nb{};
     exiger_reussite(cg_nbocos(p_.fichier, p_.base, p_.zone, &nb));
     for (int n = 1; n <= nb; ++n) condition(n);
   }
@@ -56,9 +56,9 @@ class Conditions {
     CGNS_ENUMT(BCType_t) type{};
     CGNS_ENUMT(PointSetType_t) genre{};
     CGNS_ENUMT(DataType_t) donnees{};
-    cgsize_t nb = 0, normales = 0;
+    cgsize_t nb{}, normales{};
     std::array<int, 3> normale{};
-    int jeux = 0;
+    int jeux{};
     exiger_reussite(cg_boco_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &type, &genre, &nb,
                                  normale.data(), &normales, &donnees, &jeux));
     Condition c;

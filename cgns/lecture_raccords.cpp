@@ -20,7 +20,7 @@ class Raccords {
       : s_(s), r_(r), p_(p), zone_(p.rang) {}
 
   void lire_tout() {
-    int groupes = 0, nb = 0;
+    int groupes{}, nb{};
     exiger_reussite(cg_nzconns(p_.fichier, p_.base, p_.zone, &groupes));
     if (groupes > 1) dire(std::to_string(groupes) + " groupes de raccords, seul le premier est lu");
     exiger_reussite(cg_n1to1(p_.fichier, p_.base, p_.zone, &nb));
@@ -133,7 +133,7 @@ class Raccords {
     CGNS_ENUMT(PointSetType_t) points{}, points_la{};
     CGNS_ENUMT(ZoneType_t) type_la{};
     CGNS_ENUMT(DataType_t) donnees{};
-    cgsize_t nb = 0, nb_la = 0;
+    cgsize_t nb{}, nb_la{};
     exiger_reussite(cg_conn_info(p_.fichier, p_.base, p_.zone, n, nom.place(), &lieu, &type,
                                  &points, &nb, nom_voisine.place(), &type_la, &points_la, &donnees,
                                  &nb_la));

@@ -150,7 +150,7 @@ class Grille {
 
   const std::vector<Vec>& positions_;
   double tolerance_ = 0, pas_ = 0;
-  std::uint64_t sienne_ = 0;
+  std::uint64_t sienne_{};
   std::unordered_multimap<std::uint64_t, int> cellules_;
 };
 

@@ -143,9 +143,9 @@ class Assemblage {
   std::vector<Presente> presentes_;
   std::vector<Place> ordre_vides_;
   std::array<std::array<int, nb_places>, nb_places> edges_;
-  int essais_ = 0;
+  int essais_{};
   std::optional<CoinsBloc> meilleurs_;
-  double volume_ = 0;
+  double volume_{};
 };
 
 }  // namespace

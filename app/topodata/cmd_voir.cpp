@@ -138,7 +138,7 @@ void voir_coins(std::ostream& out, const Base& base, int b) {
     else if (v < 1)
       out << "pas de sommet commun\n";
     else {
-      double x = 0, y = 0, z = 0;
+      double x{}, y{}, z{};
       if (const auto s = base.vrtxs.find(v); s != base.vrtxs.end()) s->second.get_pos(x, y, z);
       out << "vertex " << v << " (" << x << ',' << y << ',' << z << ")\n";
     }

@@ -148,7 +148,7 @@ std::string dessiner(const std::string& script) {
   std::string image, dit;
   dialoguer("set encoding utf8\n" + en_utf8(script), std::move(entree.first), sortie.first,
             erreurs.first, image, dit);
-  int etat = 0;
+  int etat{};
   while (waitpid(enfant, &etat, 0) < 0 && errno == EINTR) {
   }
   // Its messages matter only if it failed: warnings also come with a good picture.
