@@ -23,8 +23,7 @@ namespace {
 enum Statut { termine = 0, mauvais_arguments = 1, base_non_chargee = 2 };
 
 /// The document of one file is as large as that of the next: with the C library's allocator the
-/// memory that it leaves is kept. Over 16,000 blocks that is 0.07 s of system time instead of 0.16
-/// s.
+/// memory that it leaves is kept. On 16,000 blocks that saves 0.09 s of 0.16 s of system time.
 void garder_la_memoire() {
 #ifdef __GLIBC__
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());

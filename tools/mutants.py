@@ -3,9 +3,9 @@
 
 mutants.py [--nombre 200] [--graine 1] [--fichiers MOTIF,...] [--liste FICHIER] [--jobs N]
 
-The tree is copied to build-mutants/ and built there with -O1, under which the tests run fastest, once; each fault then
-costs the file that it is in and the links. A fault that does not compile does not count, nor does
-one that leaves the optimised object as it was. The test programs run whole, those of the folder of
+The tree is copied to build-mutants/ and built there once, with -O1, under which compiling and
+testing take the least time together; each fault then costs the file that it is in and the links. A
+fault that does not compile does not count, nor does one that leaves the optimised object as it was. The test programs run whole, those of the folder of
 the fault first, and stop at the first failure, at a crash or at a time limit: the fault is caught.
 One that is the same to the byte, and starts only programs that are, would say the same: it is not run.
 The same arguments plant the same faults. Survivors are printed as differences and written to

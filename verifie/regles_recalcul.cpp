@@ -41,8 +41,8 @@ class Recalcul {
   }
 
  private:
-  /// The blocks whose values are others, right- and left-handed ones apart; of the right-handed
-  /// ones how many were judged, and how many are curved.
+  /// The blocks whose values are not those of their corners, right- and left-handed ones apart; of
+  /// the right-handed ones how many were judged, and how many are curved.
   struct Tri {
     std::vector<int> autres, gauches;
     std::size_t juges = 0, courbes = 0;

@@ -1,5 +1,4 @@
 #include "app/topodata/aide.h"
-#include "texte/nombres.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -11,6 +10,8 @@
 #include <memory>
 #include <sstream>
 #include <string_view>
+
+#include "texte/nombres.h"
 
 namespace topomine {
 

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 
 #include "app/topodata/depot.h"
@@ -175,47 +176,51 @@ TEST(Fichiers, OfAFolderAreNotWrittenOverByMakeCases) {
   EXPECT_NE(d.lire("mien/climite.cfg"), "mien");
 }
 
-TEST(Fichiers, OfAFolderComeWhateverTheMask) {
-  const Dossier d;
+namespace {
+
+/// Puts a folder with one file, x, in place, in a process of its own after `preparer`: its status.
+int deposer(const std::string& dossier, bool remplace, const char* texte,
+            const std::function<void()>& preparer) {
   const pid_t fils = fork();
   if (fils == 0) {
-    constexpr uid_t personne = 65534;
-    if (geteuid() == 0 && (chown(d.chemin().c_str(), personne, personne) != 0 || setuid(personne)))
-      _exit(126);
-    umask(0222);
-    Depot depot(d.chemin() + "n", false);
-    depot.ecrire("x", [](std::ostream& x) { x << "y"; });
-    depot.preparer();
-    depot.publier();
+    preparer();
+    {
+      Depot depot(dossier, remplace);
+      depot.ecrire("x", [&](std::ostream& x) { x << texte; });
+      depot.preparer();
+      depot.publier();
+    }
     _exit(0);
   }
   int etat = -1;
   waitpid(fils, &etat, 0);
-  EXPECT_EQ(etat, 0);
+  return etat;
+}
+
+}  // namespace
+
+TEST(Fichiers, OfAFolderComeWhateverTheMask) {
+  const Dossier d;
+  EXPECT_EQ(deposer(d.chemin() + "n", false, "y",
+                    [&] {
+                      constexpr uid_t personne = 65534;
+                      if (geteuid() == 0 && (chown(d.chemin().c_str(), personne, personne) != 0 ||
+                                             setuid(personne) != 0))
+                        _exit(126);
+                      umask(0222);
+                    }),
+            0);
   EXPECT_EQ(d.lire("n/x"), "y");
   EXPECT_EQ(fs::status(d.chemin() + "n").permissions(), fs::perms(0555));
   fs::permissions(d.chemin() + "n", fs::perms(0755));
 }
 
 TEST(Fichiers, OfAFolderReplaceThoseOfItsNameOnly) {
-  for (const auto prepare : {+[] {}, +[] { sans_echange(); }}) {
+  for (const auto preparer : {+[] {}, +[] { sans_echange(); }}) {
     const Dossier d;
     d.ecrire("n/x", "vieux");
     d.ecrire("n/z", "reste");
-    const pid_t fils = fork();
-    if (fils == 0) {
-      prepare();
-      {
-        Depot depot(d.chemin() + "n", true);
-        depot.ecrire("x", [](std::ostream& x) { x << "neuf"; });
-        depot.preparer();
-        depot.publier();
-      }
-      _exit(0);
-    }
-    int etat = -1;
-    waitpid(fils, &etat, 0);
-    EXPECT_EQ(etat, 0);
+    EXPECT_EQ(deposer(d.chemin() + "n", true, "neuf", preparer), 0);
     EXPECT_EQ(d.lire("n/x") + d.lire("n/z"), "neufreste");
     EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin()), {}), 1);
     EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin() + "n"), {}), 2);
