@@ -12,12 +12,12 @@ The same arguments plant the same faults. Survivors are printed as differences a
 build-mutants/survivants.jsonl, which --liste takes again. Status 0 when 95 % were caught.
 """
 import argparse
+import collections
 import fnmatch
 import hashlib
 import json
 import os
 import pathlib
-import random
 import re
 import resource
 import shlex
@@ -102,21 +102,23 @@ def fautes(ligne, avant):
             yield remplacer(m.start() + 1, m.start() + 2, "q" if m[0][1] == "k" else "k")
 
 
-def tirer(racine, motifs, nombre, graine):
-    """So many faults, each on a line of its own."""
+def tirer(racine, motifs, graine):
+    """Faults, each on a line of its own. The text of a line decides whether and what is planted in it:
+    what is mended elsewhere changes no other draw."""
     fichiers = subprocess.check_output(["git", "ls-files", *(f"{d}/*.{e}" for d in DOSSIERS for e in ("cpp", "h"))],
                                        cwd=racine, text=True).split()
     lignes = []
     for f in sorted(x for x in fichiers if any(fnmatch.fnmatch(x, m) for m in motifs)):
-        texte, avant = (racine / f).read_text().split("\n"), ""
-        for n, ligne in enumerate(texte):
+        avant, vues = "", collections.Counter()
+        for n, ligne in enumerate((racine / f).read_text().split("\n")):
             possibles = list(fautes(ligne, avant))
             avant = masquer(ligne).strip() or avant
+            vues[ligne] += 1
             if possibles:
-                lignes.append((f, n, ligne, possibles))
-    hasard = random.Random(graine)
-    hasard.shuffle(lignes)
-    return ({"fichier": f, "ligne": n + 1, "avant": ligne, "apres": hasard.choice(p)} for f, n, ligne, p in lignes)
+                cle = hashlib.sha256(f"{graine} {f} {vues[ligne]} {ligne}".encode()).digest()
+                lignes.append((cle, f, n, ligne, possibles))
+    lignes.sort()
+    return ({"fichier": f, "ligne": n + 1, "avant": ligne, "apres": p[cle[-1] % len(p)]} for cle, f, n, ligne, p in lignes)
 
 
 def executer(commande, dossier, secondes):
@@ -255,7 +257,7 @@ def main():
         mutants = [json.loads(x) for x in args.liste.read_text().splitlines() if x.strip()]
         args.nombre = len(mutants)
     else:
-        mutants = tirer(racine, args.fichiers.split(","), args.nombre, args.graine)
+        mutants = tirer(racine, args.fichiers.split(","), args.graine)
     a_faire, verrou, bilan, survivants = iter(mutants), threading.Lock(), {}, []
     debut = time.monotonic()
 
