@@ -24,7 +24,7 @@ Examen::Examen(CasLu& cas_lu, const ConfigLue& configuration)
       faces(adresses(cas.base.faces)),
       edges(adresses(cas.base.edges)) {
   for (const Fichier f : {fic_blck, fic_face, fic_edge, fic_vrtx})
-    douteux[f].assign(static_cast<std::size_t>(rangs(f).nb()), 0);
+    douteux[f].assign(static_cast<std::size_t>(rangs(f).nb()), false);
   for (const auto& [numero, parties] : cas.illisibles[fic_vrtx])
     if (const int rang = maille.num_sommets.rang(numero); rang >= 0) douter(fic_vrtx, rang);
 }
@@ -47,11 +47,11 @@ const Rangs& Examen::rangs(Fichier f) const {
 }
 
 bool Examen::est_douteux(Fichier f, int rang) const {
-  return douteux[f][static_cast<std::size_t>(rang)] != 0;
+  return douteux[f][static_cast<std::size_t>(rang)];
 }
 
 void Examen::douter(Fichier f, int rang) {
-  douteux[f][static_cast<std::size_t>(rang)] = 1;
+  douteux[f][static_cast<std::size_t>(rang)] = true;
 }
 
 void Examen::signaler(Code code, Fichier f, int rang, const std::string& quoi,

@@ -23,7 +23,7 @@ struct Examen {
   std::vector<const Face*> faces;
   std::vector<const Edge*> edges;
   /// By file and rank: said already, and nothing that goes by its links can be said any more.
-  std::array<std::vector<char>, nb_fichiers> douteux;
+  std::array<std::vector<bool>, nb_fichiers> douteux;
   /// The links between two files are mostly wrong, which has been said: nothing else is looked at.
   bool liens_perdus = false;
 

@@ -161,9 +161,9 @@ class Inventaire {
 
   CasLu& r_;
   Fichier f_;
-  const char* sorte_ = "";
-  const char* nom_ = nullptr;
-  int rang_ = 0;
+  const char* sorte_{};
+  const char* nom_{};
+  int rang_{};
 };
 
 /// By Fichier.

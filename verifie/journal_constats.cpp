@@ -24,6 +24,16 @@ void JournalConstats::signaler(Code code, Noeud ou, const std::string& quoi) {
   r_.signaler(code, f_, ou.ligne(), sorte_, numero_, quoi);
 }
 
+void JournalConstats::refuser(Code code, Noeud element, const std::string& quoi) {
+  signaler(code, element, quoi);
+  perdre(element.valeur(), element.parent());
+}
+
+void JournalConstats::refuser_lien(Code code, Noeud ou, const std::string& quoi) {
+  signaler(code, ou, quoi);
+  perdre(partie_liens);
+}
+
 void JournalConstats::perdre(unsigned partie) {
   if (ident_ != 0) r_.illisibles[f_][ident_] |= partie;
 }
@@ -85,23 +95,20 @@ void JournalConstats::absent(Noeud parent, const char* nom) {
 
 std::optional<std::string_view> JournalConstats::texte(Noeud element) {
   if (!element.est_element()) {
-    signaler(Code::intrus, element, "un commentaire ou un texte tient la place d'un element");
-    perdre(element.valeur(), element.parent());
+    refuser(Code::intrus, element, "un commentaire ou un texte tient la place d'un element");
     return {};
   }
   const Noeud n = element.premier();
   if (!n || !n.est_texte()) {
-    signaler(Code::texte_absent, element,
-             nom_de(element) + (n ? " ne commence pas par un texte" : " sans texte"));
-    perdre(element.valeur(), element.parent());
+    refuser(Code::texte_absent, element,
+            nom_de(element) + (n ? " ne commence pas par un texte" : " sans texte"));
     return {};
   }
   for (Noeud suite = n.suivant(); suite; suite = suite.suivant()) {
     if (suite.est_commentaire()) continue;
-    signaler(Code::texte_laisse, element,
-             nom_de(element) + " : seul " + entre_apostrophes(n.valeur()) +
-                 " est lu, la suite est laissee");
-    perdre(element.valeur(), element.parent());
+    refuser(Code::texte_laisse, element,
+            nom_de(element) + " : seul " + entre_apostrophes(n.valeur()) +
+                " est lu, la suite est laissee");
     return {};
   }
   return n.valeur();
@@ -110,22 +117,18 @@ std::optional<std::string_view> JournalConstats::texte(Noeud element) {
 std::optional<int> JournalConstats::entier(Noeud element) {
   const auto t = texte(element);
   const auto v = t ? entier_strict(*t) : std::nullopt;
-  if (t && !v) {
-    signaler(Code::pas_un_nombre, element,
-             nom_de(element) + " n'est pas un entier : " + entre_apostrophes(*t));
-    perdre(element.valeur(), element.parent());
-  }
+  if (t && !v)
+    refuser(Code::pas_un_nombre, element,
+            nom_de(element) + " n'est pas un entier : " + entre_apostrophes(*t));
   return v;
 }
 
 std::optional<double> JournalConstats::reel(Noeud element) {
   const auto t = texte(element);
   const auto v = t ? reel_strict(*t) : std::nullopt;
-  if (t && !v) {
-    signaler(Code::pas_un_nombre, element,
-             nom_de(element) + " n'est pas un nombre : " + entre_apostrophes(*t));
-    perdre(element.valeur(), element.parent());
-  }
+  if (t && !v)
+    refuser(Code::pas_un_nombre, element,
+            nom_de(element) + " n'est pas un nombre : " + entre_apostrophes(*t));
   return v;
 }
 
@@ -158,9 +161,8 @@ std::optional<Case> JournalConstats::lire_case(Cases& cases, Noeud place) {
   }
   const unsigned bit = 1U << *numero;
   if (cases.vues & bit) {
-    signaler(Code::case_en_double, place,
-             std::string(cases.quoi) + " " + std::to_string(*numero) + " donnee deux fois");
-    perdre(partie_liens);
+    refuser_lien(Code::case_en_double, place,
+                 std::string(cases.quoi) + " " + std::to_string(*numero) + " donnee deux fois");
     cases.illisible = true;
     return Case{*numero, 0};
   }
@@ -178,16 +180,13 @@ int JournalConstats::contenu_de_case(const Cases& cases, int numero, Noeud place
     return 0;
   }
   if (*nb != 1) {
-    signaler(Code::case_multiple, place,
-             nom + " : " + cases.nb + " vaut " + std::to_string(*nb) + ", lu comme un numero");
-    perdre(partie_liens);
+    refuser_lien(Code::case_multiple, place,
+                 nom + " : " + cases.nb + " vaut " + std::to_string(*nb) + ", lu comme un numero");
     return 0;
   }
   const auto contenu = entier(place, cases.sous);
-  if (contenu && *contenu <= 0) {
-    signaler(Code::contenu_negatif, place, nom + " : " + cases.sous + " nul ou negatif");
-    perdre(partie_liens);
-  }
+  if (contenu && *contenu <= 0)
+    refuser_lien(Code::contenu_negatif, place, nom + " : " + cases.sous + " nul ou negatif");
   return std::max(contenu.value_or(0), 0);
 }
 
@@ -207,11 +206,9 @@ std::vector<int> JournalConstats::sous_faces(const Cases& cases, int nb, Noeud p
 void JournalConstats::cases_manquantes(const Cases& cases, Noeud entite) {
   if (coupee_ || cases.illisible || cases.vues == 0) return;  // said already
   for (int i = 1; i <= cases.nb_cases; ++i)
-    if (!(cases.vues & 1U << i)) {
-      signaler(Code::case_absente, entite,
-               std::string(cases.quoi) + " " + std::to_string(i) + " absente");
-      perdre(partie_liens);
-    }
+    if (!(cases.vues & 1U << i))
+      refuser_lien(Code::case_absente, entite,
+                   std::string(cases.quoi) + " " + std::to_string(i) + " absente");
 }
 
 void JournalConstats::famille(Noeud entite, const Piece& piece, const Piece& gardee,
@@ -236,8 +233,7 @@ void JournalConstats::ecart(Ecart ecart, Noeud ou, std::string_view texte) {
     case Ecart::edges_interrompues:
       if (!ou.suivant("Edge")) return;
       coupee_ = true;
-      perdre(partie_liens);
-      return signaler(Code::liste_coupee, ou, "la liste des edges s'arrete a " + nom_de(ou));
+      return refuser_lien(Code::liste_coupee, ou, "la liste des edges s'arrete a " + nom_de(ou));
     case Ecart::projections_interrompues:
       if (ou.suivant("Proj"))
         signaler(Code::liste_coupee, ou, "la liste des projections s'arrete a " + nom_de(ou));

@@ -59,6 +59,9 @@ class JournalConstats final : public JournalStrict {
   /// Ident. The ends of an edge are unknown whenever they are not there.
   void perdre(unsigned partie);
   void perdre(std::string_view element, Noeud parent);
+  /// Says it, and that this is lost.
+  void refuser(Code code, Noeud element, const std::string& quoi);
+  void refuser_lien(Code code, Noeud ou, const std::string& quoi);
   Noeud enfant(Noeud parent, const char* nom);
   std::optional<int> entier(Noeud parent, const char* nom);
   /// The faces that share the slot; none unless there are as many as it says.

@@ -28,7 +28,7 @@ constexpr Regle regles[]{
 void joindre_lecture(std::vector<Constat>& constats) {
   std::map<std::tuple<std::string, std::string, std::string>, std::size_t> lus;
   const auto cle = [](const Constat& c) { return std::tuple(c.fichier, c.sorte, c.numero); };
-  std::vector<char> tus(constats.size(), 0);
+  std::vector<bool> tus(constats.size());
   for (std::size_t i = 0; i < constats.size(); ++i) {
     const Fiche& f = fiche(constats[i].code);
     if (f.origine != Origine::lecture) continue;
@@ -39,7 +39,7 @@ void joindre_lecture(std::vector<Constat>& constats) {
     if (nouveau || f.gravite == sienne) continue;
     const bool pire = f.gravite > sienne;
     constats[pire ? i : autre].quoi += " (" + constats[pire ? autre : i].quoi + ")";
-    tus[pire ? autre : i] = 1;
+    tus[pire ? autre : i] = true;
     if (pire) place->second = i;
   }
   if (lus.empty()) return;
@@ -51,13 +51,13 @@ void joindre_lecture(std::vector<Constat>& constats) {
     const Constat& cause = constats[lu->second];
     if (f.gravite > fiche(cause.code).gravite) {
       constats[i].quoi += " (" + cause.quoi + ")";
-      tus[lu->second] = 1;
+      tus[lu->second] = true;
     } else {
-      tus[i] = 1;
+      tus[i] = true;
     }
   }
   std::size_t i = 0;
-  std::erase_if(constats, [&](const Constat&) { return tus[i++] != 0; });
+  std::erase_if(constats, [&](const Constat&) { return tus[i++]; });
 }
 
 /// Each cause once: what follows from another finding goes.
