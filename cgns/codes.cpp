@@ -1,7 +1,6 @@
 #include "cgns/codes.h"
 
 #include <algorithm>
-#include <climits>
 
 namespace topomine {
 
@@ -38,9 +37,9 @@ int code_libre(const std::string& nom, int bccode, const TableClimite& table) {
                                                     : 0;
   for (int code = debut + 1; debut > 0 && code < debut + centaine; ++code)
     if (!table.contains(code)) return code;
-  for (int code = 10'001; code < INT_MAX; ++code)
-    if (!table.contains(code)) return code;
-  throw MaillageRefuse("climite.cfg n'a plus de code libre");
+  int code = 10'001;  // never the last int: a table has fewer rows
+  while (table.contains(code)) ++code;
+  return code;
 }
 
 class Attribution {

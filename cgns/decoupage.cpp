@@ -162,7 +162,7 @@ class Coupeur {
 
   static std::array<Ijk, 3> coins(const Plage& p) {
     Ijk autre = p.min;
-    for (std::size_t a = 0; a < 3; ++a)
+    for (const std::size_t a : axes_ijk)
       if (p.min[a] != p.max[a]) {
         autre[a] = p.max[a];
         break;

@@ -71,8 +71,6 @@ std::string travailler(const std::string& fichier, const OptionsLecture& options
     return refuse + std::string(r.what());
   } catch (const std::bad_alloc&) {
     return refuse + std::string("memoire insuffisante pour une zone de ce maillage");
-  } catch (const std::exception& e) {
-    return refuse + std::string(e.what());
   }
 }
 
@@ -83,7 +81,7 @@ std::string travailler(const std::string& fichier, const OptionsLecture& options
   for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGSEGV, SIGABRT, SIGBUS, SIGFPE})
     static_cast<void>(std::signal(signal, SIG_DFL));
   if (const int rien = open("/dev/null", O_RDWR); rien >= 0)
-    for (int d = 0; d < 3; ++d) dup2(rien, d);
+    for (const int d : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(rien, d);
   limiter(RLIMIT_CORE, 0);
   limiter(RLIMIT_CPU, 8 * limites.secondes);
   if (!sous_surveillance) limiter(RLIMIT_AS, limites.octets);

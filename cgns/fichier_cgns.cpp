@@ -163,8 +163,8 @@ void FichierCgns::coordonnees(std::size_t zone, const Ijk& taille,
   constexpr auto noms = std::to_array<const char*>({"CoordinateX", "CoordinateY", "CoordinateZ"});
   const int z = numeros_[zone];
   std::array<cgsize_t, 3> debut{1, 1, 1}, fin{};
-  for (std::size_t a = 0; a < 3; ++a) fin[a] = static_cast<cgsize_t>(taille[a]);
-  for (std::size_t a = 0; a < 3; ++a) {
+  for (const std::size_t a : axes_ijk) fin[a] = static_cast<cgsize_t>(taille[a]);
+  for (const std::size_t a : axes_ijk) {
     if (!a_coordonnee(z, noms[a]))
       throw MaillageRefuse("zone '" + noms_[zone] + "' : pas de coordonnees cartesiennes (" +
                            noms[a] + ")");

@@ -48,7 +48,7 @@ Extrait lire_cgns(const std::string& fichier, const OptionsLecture& options) {
       throw MaillageRefuse("zone '" + e.structure.zones[z].nom +
                            "' : plus grande que ce qu'un fichier de cette taille peut contenir");
     std::array<std::span<double>, 3> xyz;
-    for (std::size_t a = 0; a < 3; ++a) xyz[a] = tampons[a].donner(n);
+    for (const std::size_t a : axes_ijk) xyz[a] = tampons[a].donner(n);
     f.coordonnees(z, c.taille, xyz);
     c.x = xyz[0];
     c.y = xyz[1];

@@ -89,7 +89,7 @@ class Raccords {
   /// Each node is joined to itself.
   static bool sur_place(const Jonction& j) {
     if (j.zone != j.voisine || j.passage(j.plage.min) != j.plage.min) return false;
-    for (std::size_t a = 0; a < 3; ++a)
+    for (const std::size_t a : axes_ijk)
       if (j.plage.min[a] != j.plage.max[a] && j.passage.t[a] != static_cast<int>(a) + 1)
         return false;
     return true;
@@ -98,7 +98,7 @@ class Raccords {
   /// Of a face that is folded onto itself, one half, which is joined to the other.
   static Jonction moitie(const Jonction& j) {
     if (j.zone != j.voisine || j.passage(j.plage) != j.plage) return j;
-    for (std::size_t a = 0; a < 3; ++a) {
+    for (const std::size_t a : axes_ijk) {
       const Indice milieu = (j.plage.min[a] + j.plage.max[a]) / 2;
       Jonction r = j;
       r.plage.max[a] = milieu;

@@ -59,7 +59,7 @@ double sous_la_face(const Vec& p, const Vec& q, const Vec& r, const Vec& s) {
 double longueur(const Coordonnees& c, const Plage& ligne) {
   double somme = 0;
   Ijk p = ligne.min;
-  for (std::size_t a = 0; a < 3; ++a)
+  for (const std::size_t a : axes_ijk)
     for (; p[a] < ligne.max[a]; ++p[a]) {
       Ijk suivant = p;
       ++suivant[a];
@@ -175,7 +175,7 @@ MesuresZone mesurer(const Structure& s, const Decoupage& d, std::size_t zone, co
   Boite boite;
   for (std::size_t n = 0; n < 8; ++n) {
     Ijk p;
-    for (std::size_t a = 0; a < 3; ++a) p[a] = n >> a & 1 ? c.taille[a] : 1;
+    for (const std::size_t a : axes_ijk) p[a] = n >> a & 1 ? c.taille[a] : 1;
     r.coins[n] = c.noeud(p);
   }
   for (int place = 0; place < nb_faces_bloc; ++place) {

@@ -8,26 +8,26 @@
 namespace topomine {
 
 bool Plage::contient(const Ijk& p) const {
-  for (std::size_t a = 0; a < 3; ++a)
+  for (const std::size_t a : axes_ijk)
     if (p[a] < min[a] || p[a] > max[a]) return false;
   return true;
 }
 
 Indice Plage::nb_noeuds() const {
   Indice n = 1;
-  for (std::size_t a = 0; a < 3; ++a) n *= max[a] - min[a] + 1;
+  for (const std::size_t a : axes_ijk) n *= max[a] - min[a] + 1;
   return n;
 }
 
 int Plage::nb_axes_plats() const {
   int n = 0;
-  for (std::size_t a = 0; a < 3; ++a) n += min[a] == max[a];
+  for (const std::size_t a : axes_ijk) n += min[a] == max[a];
   return n;
 }
 
 Plage plage_entre(const Ijk& a, const Ijk& b) {
   Plage p;
-  for (std::size_t i = 0; i < 3; ++i) {
+  for (const std::size_t i : axes_ijk) {
     p.min[i] = std::min(a[i], b[i]);
     p.max[i] = std::max(a[i], b[i]);
   }
@@ -36,7 +36,7 @@ Plage plage_entre(const Ijk& a, const Ijk& b) {
 
 std::string texte_plage(const Plage& p) {
   std::string texte = "[";
-  for (std::size_t a = 0; a < 3; ++a)
+  for (const std::size_t a : axes_ijk)
     texte += (a ? "," : "") + std::to_string(p.min[a]) + ":" + std::to_string(p.max[a]);
   return texte + "]";
 }
@@ -60,7 +60,7 @@ int place_de(const Ijk& taille, const Plage& p) {
 
 Ijk Passage::operator()(const Ijk& p) const {
   Ijk q = vers;
-  for (std::size_t a = 0; a < 3; ++a) {
+  for (const std::size_t a : axes_ijk) {
     const Indice pas = p[a] - depuis[a];
     q[static_cast<std::size_t>(std::abs(t[a]) - 1)] += t[a] > 0 ? pas : -pas;
   }
@@ -69,7 +69,7 @@ Ijk Passage::operator()(const Ijk& p) const {
 
 Passage Passage::inverse() const {
   Passage r{vers, depuis, {}};
-  for (std::size_t a = 0; a < 3; ++a) {
+  for (const std::size_t a : axes_ijk) {
     const int axe = static_cast<int>(a) + 1;
     r.t[static_cast<std::size_t>(std::abs(t[a]) - 1)] = t[a] > 0 ? axe : -axe;
   }

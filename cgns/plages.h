@@ -12,6 +12,7 @@ namespace topomine {
 
 using Indice = std::int64_t;
 using Ijk = std::array<Indice, 3>;
+inline constexpr std::array<std::size_t, 3> axes_ijk{0, 1, 2};
 
 /// A box of nodes, bounds included, min <= max on each axis.
 struct Plage {

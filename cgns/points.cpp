@@ -12,7 +12,7 @@ namespace {
 /// an end. None where two could be.
 int axe_des_faces(const Ijk& taille, const Plage& p) {
   int axe = Points::inconnu;
-  for (std::size_t a = 0; a < 3; ++a) {
+  for (const std::size_t a : axes_ijk) {
     if (p.min[a] != p.max[a] || (p.min[a] != 1 && p.min[a] != taille[a])) continue;
     // Cells go to the last node but one: the last one is a face's number only along its normal.
     if (p.min[a] == taille[a]) return static_cast<int>(a);
@@ -34,7 +34,7 @@ std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points) {
   if (points.valeurs.empty()) return {};
   Plage p{points.valeurs[0], points.valeurs[0]};
   for (const Ijk& v : points.valeurs)
-    for (std::size_t a = 0; a < 3; ++a) {
+    for (const std::size_t a : axes_ijk) {
       p.min[a] = std::min(p.min[a], v[a]);
       p.max[a] = std::max(p.max[a], v[a]);
     }
@@ -48,7 +48,7 @@ std::optional<Plage> plage_des_points(const Ijk& taille, const Points& points) {
   if (points.axe != Points::noeuds) {
     const int axe = points.axe == Points::inconnu ? axe_des_faces(taille, p) : points.axe;
     if (axe == Points::inconnu) return {};
-    for (std::size_t a = 0; a < 3; ++a)
+    for (const std::size_t a : axes_ijk)
       if (static_cast<int>(a) != axe) ++p.max[a];
     if (!zone_entiere(taille).contient(p)) return {};
   }
@@ -75,13 +75,13 @@ std::optional<Passage> passage_vers(const Plage& plage, const std::vector<Ijk>& 
   unsigned pris = 0;
   Indice saut = 1;
   std::size_t plat = 0;
-  for (std::size_t a = 0; a < 3; ++a) {
+  for (const std::size_t a : axes_ijk) {
     if (plage.min[a] == plage.max[a]) {
       plat = a;
       continue;
     }
     const Ijk& suivant = images[static_cast<std::size_t>(saut)];
-    for (std::size_t b = 0; b < 3; ++b) {
+    for (const std::size_t b : axes_ijk) {
       const Indice pas = suivant[b] - images[0][b];
       if (std::abs(pas) != 1 || p.t[a] != 0) continue;
       p.t[a] = static_cast<int>(pas) * (static_cast<int>(b) + 1);
