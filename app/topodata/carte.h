@@ -15,8 +15,8 @@ struct Matrice {
 /// The words of a heat map, and its scale.
 struct Legende {
   std::string titre;
-  std::string couleurs;     ///< what the colours stand for
-  bool logarithme = false;  ///< for values of many magnitudes; signs are marked then
+  std::string couleurs;  ///< what the colours stand for
+  bool logarithme{};     ///< for values of many magnitudes; signs are marked then
 };
 
 /// Throws Erreur unless a picture may have this name: it ends in .png or .svg, in any case.

@@ -50,7 +50,7 @@ struct LegendeCas {
   };
   std::string titre;
   std::optional<std::pair<double, double>> echelle;
-  bool logarithmique = false;
+  bool logarithmique{};
   std::vector<Nom> noms;
 };
 

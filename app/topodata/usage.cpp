@@ -65,8 +65,6 @@ constexpr std::pair<const char*, const char*> messages[]{
     {"# requires #", "$1 ne va pas sans $2"},
     {"#: # required # missing", "$1 : il manque sa valeur"},
     {"#: At Most 1 required but received #", "$1 : une seule valeur est permise"},
-    {"#: At Most # required but received #", "$1 : $3 valeurs, $2 au plus sont permises"},
-    {"#: At least # required but received #", "$1 : $3 valeurs, il en faut $2"},
     {"#: too many inputs for a flag", "$1 ne prend pas de valeur"},
     {"#: Should be true/false or a number", "$1 ne prend pas de valeur"},
     {"# was given a disallowed flag override", "--$1 ne prend pas de valeur"},
