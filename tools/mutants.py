@@ -42,7 +42,7 @@ ARGUMENTS = re.compile(r"\b(\w+)\(([\w.\[\]]+), ([\w.\[\]]+)\)")
 # What cannot show: room that is reserved, kept, or a byte more for a text; a function that the compiler
 # makes where it is needed; the order of arguments that mean the same either way.
 SANS_SUITE = re.compile(r"\b(?:reserve|mallopt)\(|= default;")
-PLACE = re.compile(r"(?:array<char, |\bchar \w+\[)$")
+PLACE = re.compile(r"(?:array<char, (?:1 << )?|\bchar \w+\[)$")
 SYMETRIQUES = {"min", "max", "minmax", "hypot", "distance", "scalaire", "plage_entre", "nb_communs"}
 TEXTE = re.compile(r"""\"(?:\\.|[^\"\\])*\"|(?<![0-9a-fA-F])'(?:\\.|[^'\\])*'""")
 
