@@ -52,6 +52,7 @@ TEST(Tranches, ALargeBaseIsReadAsAWhole) {
   Cas cas = grille("grande", {12, 12, 12});
   ecrire_cas(cas.base, d);
   ASSERT_GT(d.lire("grande/grande_nrm.face").size(), taille_a_couper);
+  EXPECT_TRUE(Tranches(d.lire("grande/grande_nrm.face"), taille_tranche).commencer());
   const auto table = [&] {
     oublier_configuration();
     Base base("grande", d.chemin(), "nrm");

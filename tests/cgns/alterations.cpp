@@ -123,6 +123,13 @@ void raccord_transpose(const std::string& fichier) {
   un_a_un(fichier, "transpose", "zone 2", ici, la, {1, 3, 2});
 }
 
+void condition_trop_longue(const std::string& fichier) {
+  Ouvert o(fichier);
+  const std::vector<cgsize_t> points(28 * 3, 1);  // one more than the zone has
+  o.appel(cg_boco_write(o.f, o.b, 1, "longue", CGNS_ENUMV(BCWall), CGNS_ENUMV(PointList), 28,
+                        points.data(), &o.n));
+}
+
 void tronque(const std::string& fichier) {
   std::filesystem::resize_file(fichier, std::filesystem::file_size(fichier) / 2);
 }

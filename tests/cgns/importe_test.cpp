@@ -255,6 +255,7 @@ TEST(Importe, Refusals) {
       {raccord_double, "[3:3,1:3,1:3] est raccordee a deux endroits"},
       {raccord_contraire, "y est orientee de deux facons"},
       {raccord_transpose, "y est orientee de deux facons"},
+      {condition_trop_longue, "zone 'zone 1', condition 'longue' : 28 points"},
       {tronque, "fichier CGNS illisible"},
       {un_texte, "fichier CGNS illisible"},
       {[](const std::string& f) { std::filesystem::remove(f); }, "m.cgns : No such file"},
@@ -396,9 +397,14 @@ TEST(Importe, OddNames) {
   boite(m, 0, 0, 0);
   m.s.zones[0].nom = "z<&>\"' 1";
   m.condition(0, face(m, 0, 2), "paroi_<\303\251t\303\251>;&\342\202\254\x1b[", 1);
+  m.condition(0, face(m, 0, 1), "loin;", 4);
+  for (const int place : {4, 5}) m.condition(0, face(m, 0, place), "loin_", 4);
   const Atelier a(m);
   const Resultat res = topodata({"importe", a.maillage(), a.cas(), "b\303\251 &<x"});
   ASSERT_EQ(res.statut, 0) << res.erreur;
+  const std::string dit = "a savoir : familles 'loin;' et 'loin_' : toutes deux ecrites 'loin_'\n";
+  EXPECT_EQ(occurrences(res.sortie, dit), 1U) << res.sortie;
+  EXPECT_EQ(occurrences(res.sortie, "toutes deux"), 1U) << res.sortie;
   EXPECT_EQ(res.sortie.find('\x1b'), std::string::npos);
   oublier_configuration();
   Base b("b\303\251 &<x", a.cas(), "nrm");

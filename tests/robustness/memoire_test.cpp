@@ -135,7 +135,10 @@ TEST_F(Memoire, AddBaseAppendsAllOrNothingAndSaysSo) {
     const Tableau capture;
     BaseBuffer table;
     refus([&] { table.add_base(base); });
-    const bool reussi = capture.texte().empty();
+    const std::string dit(capture.texte());
+    const bool reussi = dit.empty();
+    EXPECT_EQ(dit,
+              reussi ? "" : "memoire insuffisante pour les exemples de la base " + base.nom + "\n");
     EXPECT_TRUE(table._expl == (reussi ? attendue._expl : std::vector<BaseBuffer::Exemple>()));
     return reussi;
   });

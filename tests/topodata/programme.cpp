@@ -66,6 +66,7 @@ void rejouer_sessions(const Collection& collection, const std::string& fichier) 
   const fs::path bin = collection.dossier / "bin", ici = collection.dossier / "ici";
   fs::create_directory(bin);
   fs::create_symlink(TOPODATA_PROGRAM, bin / "topodata");
+  fs::create_symlink(MAKE_CASES_PROGRAM, bin / "make_cases");
   ecrire(bin / "gnuplot", "#!/bin/sh\necho '<svg>'\ncat\necho '</svg>'\n");
   fs::permissions(bin / "gnuplot", fs::perms::owner_all);
   comparer_rangees(fichier, [&](const Rangee& r) {

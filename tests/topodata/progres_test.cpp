@@ -82,6 +82,7 @@ TEST(Progres, OfEachCommand) {
   ecrire(c.dossier / "gnuplot", "#!/bin/sh\necho '<svg>'\ncat\necho '</svg>'\n");
   std::filesystem::permissions(c.dossier / "gnuplot", std::filesystem::perms::owner_all);
   const std::string chemin = c.dossier.string() + ":/usr/bin:/bin";
+  c.changer("mesh_case_3/mesh_case_3_nrm.edge", "<Ident>[0-9]+", "<Ident>9999");
   const auto dit = [&](std::vector<std::string> mots) {
     const Terminal t;
     const int terminal = dup(STDERR_FILENO);
@@ -116,6 +117,9 @@ TEST(Progres, OfEachCommand) {
       {{"exporte", "cas", "nrm", "mesh_case_1", "-o", "t.vtk"},
        "|lecture de mesh_case_1|export||ecriture de t.vtk|"},
       {{"dessine", "cas", "nrm", "mesh_case_1", "-o", "t.svg"}, "|lecture de mesh_case_1|dessin|"},
+      {{"dessine", "cas", "nrm", "mesh_case_3", "-o", "t.svg"},
+       "|lecture de mesh_case_3|dessin|topodata : 1 bloc(s) dont les coins ne se trouvent pas, non "
+       "dessines\r\n"},
       {{"verifie", "cas", "nrm", "--bases", "mesh_case_1,mesh_case_2"},
        "|verification de mesh_case_1||verification de mesh_case_2|topodata : 0 erreur(s), 0 "
        "avertissement(s), 0 avis ; 2 base(s), 11 fichier(s), 258 entite(s) lus\r\n"},
