@@ -178,23 +178,29 @@ TEST(Fichiers, OfAFolderAreNotWrittenOverByMakeCases) {
 
 namespace {
 
-/// Puts a folder with one file, x, in place, in a process of its own after `preparer`: its status.
-int deposer(const std::string& dossier, bool remplace, const char* texte,
-            const std::function<void()>& preparer) {
+/// Puts a folder with one file, x, in place, in a process of its own after `preparer`, with `entre`
+/// just before it comes there: its status, 1 and a file of that name and ".dit" when it fails.
+int deposer(
+    const std::string& dossier, bool remplace, const char* texte,
+    const std::function<void()>& preparer, const std::function<void()>& entre = [] {}) {
   const pid_t fils = fork();
   if (fils == 0) {
     preparer();
-    {
+    try {
       Depot depot(dossier, remplace);
       depot.ecrire("x", [&](std::ostream& x) { x << texte; });
       depot.preparer();
+      entre();
       depot.publier();
+    } catch (const Erreur& e) {
+      ecrire(dossier + ".dit", e.what());
+      _exit(1);
     }
     _exit(0);
   }
   int etat = -1;
   waitpid(fils, &etat, 0);
-  return etat;
+  return WIFEXITED(etat) ? WEXITSTATUS(etat) : -1;
 }
 
 }  // namespace
@@ -225,6 +231,37 @@ TEST(Fichiers, OfAFolderReplaceThoseOfItsNameOnly) {
     EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin()), {}), 1);
     EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin() + "n"), {}), 2);
   }
+}
+
+TEST(Fichiers, OfAFolderStayWhenTheNewOneCannotComeThere) {
+  const struct {
+    bool ancien, remplace;  // what is there before, what the command was told
+    void (*preparer)();
+    const char* disparait;  // in the meantime
+    std::string reste;
+  } rangees[]{
+      {true, true, sans_echange, ".n.", "vieux"},
+      {true, true, sans_echange, "n", ""},
+      {false, false, [] {}, ".n.", ""},
+  };
+  for (const auto& r : rangees) {
+    const Dossier d;
+    if (r.ancien) d.ecrire("n/x", "vieux");
+    EXPECT_EQ(deposer(d.chemin() + "n", r.remplace, "neuf", r.preparer,
+                      [&] {
+                        const fs::directory_iterator ici(d.chemin());
+                        const std::vector<fs::path> la(begin(ici), end(ici));
+                        for (const auto& chemin : la)
+                          if (chemin.filename().string().starts_with(r.disparait))
+                            fs::remove_all(chemin);
+                      }),
+              1);
+    EXPECT_EQ(d.lire("n.dit"), d.chemin() + "n : ecriture impossible (No such file or directory)");
+    EXPECT_EQ(fs::exists(d.chemin() + "n/x") ? d.lire("n/x") : "", r.reste);
+    EXPECT_EQ(std::distance(fs::directory_iterator(d.chemin()), {}), r.reste.empty() ? 1 : 2);
+  }
+  const Dossier d;
+  EXPECT_THROW(Depot(d.chemin() + "absent/n", false), Erreur);
 }
 
 TEST(Fichiers, KeepTheirOwnerWhereTheyMay) {
