@@ -396,7 +396,7 @@ TEST(Importe, OddNames) {
   m.s.base = "bizarre";
   boite(m, 0, 0, 0);
   m.s.zones[0].nom = "z<&>\"' 1";
-  m.condition(0, face(m, 0, 2), "paroi_<\303\251t\303\251>;&\342\202\254\x1b[", 1);
+  m.condition(0, face(m, 0, 2), "paroi_<\303\251t\303\251>;&\342\202\254\340\240\200\365\360\237\230\200\x1b[", 1);
   m.condition(0, face(m, 0, 1), "loin;", 4);
   for (const int place : {4, 5}) m.condition(0, face(m, 0, place), "loin_", 4);
   const Atelier a(m);
@@ -410,8 +410,8 @@ TEST(Importe, OddNames) {
   Base b("b\303\251 &<x", a.cas(), "nrm");
   ASSERT_TRUE(charger(b).fait);
   ASSERT_EQ(b.pieces.size(), 1U);
-  EXPECT_EQ(b.pieces.begin()->first, "paroi_<\351t\351>_&__[");
-  EXPECT_EQ(b._CL(101, "Family"), "paroi_<\351t\351>_&__[");
+  EXPECT_EQ(b.pieces.begin()->first, "paroi_<\351t\351>_&__\365__[");
+  EXPECT_EQ(b._CL(101, "Family"), "paroi_<\351t\351>_&__\365__[");
   EXPECT_EQ(b.blocs.at(1)._type(), 36);
 }
 
