@@ -68,6 +68,11 @@ TEST(Partage, GroupsKeepTheSharesOfTheirStrataWhereTheyCan) {
     EXPECT_EQ(plis[0], plis[3]);
     EXPECT_EQ(plis[1], plis[2]);
     EXPECT_NE(plis[0], plis[1]);
+    // However near none or all would be, no part is empty.
+    for (const double ratio : {0.01, 0.99}) {
+      const std::vector<bool> q = groupes_de_la_premiere(e, ratio);
+      EXPECT_EQ(std::ranges::count(q, true), ratio < 0.5 ? 1 : 3);
+    }
     // A stratum without examples has no share to keep.
     const Effectifs vide{{10, 0, 4}, {12, 0, 2}, {11, 0, 3}, {13, 0, 1}};
     srand48(graine);
