@@ -120,6 +120,10 @@ TEST(Progres, OfEachCommand) {
       {{"dessine", "cas", "nrm", "mesh_case_3", "-o", "t.svg"},
        "|lecture de mesh_case_3|dessin|topodata : 1 bloc(s) dont les coins ne se trouvent pas, non "
        "dessines\r\n"},
+#ifdef TOPOMINE_CGNS
+      {{"importe", "absent", "cas", "neuf"},
+       "|lecture de absent|topodata : absent : No such file or directory\r\n"},
+#endif
       {{"verifie", "cas", "nrm", "--bases", "mesh_case_1,mesh_case_2"},
        "|verification de mesh_case_1||verification de mesh_case_2|topodata : 0 erreur(s), 0 "
        "avertissement(s), 0 avis ; 2 base(s), 11 fichier(s), 258 entite(s) lus\r\n"},
