@@ -7,6 +7,8 @@
 
 namespace topomine {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 /// The line, from 1, on which a byte stands.
@@ -115,7 +117,7 @@ class Codage {
 std::optional<FauteOctets> faute_codage(std::string_view texte) {
   const std::size_t nul = texte.find('\0');
   if (nul != std::string_view::npos &&
-      texte.find_first_not_of(std::string_view("\0 \t\r\n", 5), nul) != std::string_view::npos) {
+      texte.find_first_not_of("\0 \t\r\n"sv, nul) != std::string_view::npos) {
     return FauteOctets{Code::octet_nul, ligne_de(texte, nul), "octet nul, la lecture s'arrete la"};
   }
   return Codage(texte.substr(0, nul)).chercher();
