@@ -35,8 +35,4 @@ std::map<std::string, int> types_des_familles(int fichier, int base) {
   return types;
 }
 
-std::string nom_du_type(int type) {
-  return type > 0 && type < NofValidBCTypes ? BCTypeName[type] : "BCTypeNull";
-}
-
 }  // namespace topomine

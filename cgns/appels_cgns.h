@@ -26,7 +26,4 @@ class NomCgns {
 /// The condition types that families have, as numbers of the library.
 std::map<std::string, int> types_des_familles(int fichier, int base);
 
-/// Name of a condition type; "BCTypeNull" for a number that is none.
-std::string nom_du_type(int type);
-
 }  // namespace topomine

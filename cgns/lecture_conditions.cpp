@@ -103,7 +103,8 @@ class Conditions {
       if (numero == 0)
         dire(c.nom, "sans type, la famille '" + c.famille + "' n'en donne pas non plus");
     }
-    const TypeCondition t = type_condition(nom_du_type(numero));
+    const TypeCondition t =
+        type_condition(cg_BCTypeName(static_cast<CGNS_ENUMT(BCType_t)>(numero)));
     c.bccode = t.bccode;
     c.degeneree = t.degeneree;
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +14,7 @@
 struct Resultat {
   int statut;  ///< exit status, or minus the signal
   std::string sortie, erreur;
+  long memoire = 0;  ///< most that was resident, in KiB
 };
 
 /// Runs a program in a folder; `preparer` is called in the new process, its files in place.
@@ -36,8 +38,9 @@ inline Resultat lancer(
     _exit(127);
   }
   int etat = 0;
-  waitpid(fils, &etat, 0);
-  Resultat r{WIFEXITED(etat) ? WEXITSTATUS(etat) : -WTERMSIG(etat), {}, {}};
+  rusage usage{};
+  wait4(fils, &etat, 0, &usage);
+  Resultat r{WIFEXITED(etat) ? WEXITSTATUS(etat) : -WTERMSIG(etat), {}, {}, usage.ru_maxrss};
   for (int i = 0; i < 2; ++i) {
     std::rewind(fichiers[i]);
     for (int c; (c = std::fgetc(fichiers[i])) != EOF;)

@@ -41,6 +41,20 @@ std::string capter(Action action) {
 
 }  // namespace
 
+// A whole document of faces would take sixteen times its text.
+TEST(Voir, ALargeCaseTakesLittleMemory) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the sanitizer needs more";
+#endif
+  const Dossier d;
+  ASSERT_EQ(lancer(MAKE_CASES_PROGRAM, d.chemin(), {"cas", "--blocs", "3375"}).statut, 0);
+  const auto texte =
+      std::filesystem::file_size(d.chemin() + "cas/mesh_case_1/mesh_case_1_nrm.face");
+  const Resultat r = topodata({"voir", d.chemin() + "cas", "nrm", "mesh_case_1"});
+  EXPECT_EQ(r.statut, 0) << r.erreur;
+  EXPECT_LT(1024 * r.memoire, 8 * static_cast<long>(texte));
+}
+
 TEST(Resume, SaysEachAttributeAndEachBase) {
   const Collection c;
   const Resultat r = topodata({"resume", c.cas(), "nrm", "--bases", "mesh_case_2", "--csv"});
