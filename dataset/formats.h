@@ -16,7 +16,7 @@ namespace topomine {
 /// One piece of a table that is written piece by piece.
 struct Morceau {
   bool premier = true, dernier = true;
-  std::size_t total = 0;  ///< examples of the whole table
+  std::size_t total{};  ///< examples of the whole table
   FinDeLigne fin = FinDeLigne::lf;
 };
 
