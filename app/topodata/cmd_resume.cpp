@@ -7,6 +7,7 @@
 
 #include "app/topodata/colonnes.h"
 #include "app/topodata/commandes.h"
+#include "app/topodata/console.h"
 #include "app/topodata/construction.h"
 #include "app/topodata/options.h"
 #include "base/base.h"
@@ -142,7 +143,7 @@ void executer(Options& o) {
     ecrire_csv_commun(sortie.flux(), attributs, bases,
                       o.table.crlf ? FinDeLigne::crlf : FinDeLigne::lf);
   } else {
-    sortie.flux() << nb_exemples << " exemples\n\n";
+    sortie.flux() << pour_lecteur(std::to_string(nb_exemples) + " exemples") << "\n\n";
     ecrire_aligne(sortie.flux(), attributs, {0, 1, entete_attributs.size() - 1});
     sortie.flux() << '\n';
     ecrire_aligne(sortie.flux(), bases,

@@ -42,12 +42,12 @@ int expliquer_code(const std::string& texte) {
   const auto code = code_nomme(texte);
   if (texte != "docs" && texte != "tout" && !code)
     throw CLI::ValidationError("--explique", "code inconnu : '" + texte + "'");
-  Sortie sortie("");
-  if (texte == "docs") ecrire_catalogue(sortie.flux());
-  if (texte == "tout")
-    for (const Fiche& f : catalogue()) expliquer(sortie.flux(), f);
-  if (code) expliquer(sortie.flux(), fiche(*code));
-  sortie.conclure();
+  lister([&](std::ostream& listing) {
+    if (texte == "docs") ecrire_catalogue(listing);
+    if (texte == "tout")
+      for (const Fiche& f : catalogue()) expliquer(listing, f);
+    if (code) expliquer(listing, fiche(*code));
+  });
   return 0;
 }
 

@@ -11,6 +11,7 @@
 #include "app/topodata/console.h"
 #include "app/topodata/options.h"
 #include "app/topodata/recherche.h"
+#include "app/topodata/sortie.h"
 #include "app/topodata/une_base.h"
 #include "base/base.h"
 #include "base/conditions.h"
@@ -168,16 +169,12 @@ void executer(Options& o) {
   if (o.element && o.sorte == "avion") throw Erreur("une base n'a qu'un avion, sans numero");
   Base base = charger(o.base);
   std::size_t trouves = 0;
-  Sortie sortie("");
-  {
-    TamponLecteur tampon(sortie.flux());
-    std::ostream listing(&tampon);
+  lister([&](std::ostream& listing) {
     if (o.cherche.empty())
       montrer(listing, base, o);
     else
       trouves = chercher_blocs(base, o.cherche, listing);
-  }
-  sortie.conclure();
+  });
   if (!o.cherche.empty())
     dire(std::to_string(trouves) + " bloc(s) sur " + std::to_string(base.blocs.size()));
 }

@@ -5,7 +5,6 @@
 #include <exception>
 #include <iostream>
 #include <new>
-#include <sstream>
 #include <string>
 
 #include "app/topodata/aide.h"
@@ -41,15 +40,12 @@ int finir(const CLI::App& app, const CLI::ParseError& e) {
   if (e.get_exit_code() != 0) {
     const auto nommees = app.get_subcommands();
     dire(en_francais(app, e));
-    std::cerr << "topodata " << (nommees.empty() ? "" : nommees[0]->get_name() + " ")
-              << "--help dit comment ecrire cette commande\n";
+    std::cerr << pour_lecteur("topodata " + (nommees.empty() ? "" : nommees[0]->get_name() + " ") +
+                              "--help dit comment ecrire cette commande")
+              << '\n';
     return e.get_exit_code();
   }
-  std::ostringstream texte;
-  app.exit(e, texte);
-  Sortie sortie("");
-  sortie.flux() << texte.str();
-  sortie.conclure();
+  lister([&](std::ostream& listing) { app.exit(e, listing); });
   return 0;
 }
 

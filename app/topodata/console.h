@@ -13,7 +13,8 @@ namespace topomine {
 /// Whether LC_CTYPE asks for UTF-8. A locale that is not installed counts by its name.
 bool lecteur_en_utf8();
 
-/// The text on one line, control characters visible, in the reader's encoding.
+/// The text on one line, control characters visible, in the reader's encoding. All that people read
+/// passes here, but for the words on pictures.
 std::string pour_lecteur(std::string_view texte);
 
 /// Says one line on standard error: "topodata : " and the text.

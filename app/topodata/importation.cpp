@@ -8,7 +8,6 @@
 #include <optional>
 #include <vector>
 
-#include "app/topodata/console.h"
 #include "app/topodata/depot.h"
 #include "app/topodata/progres.h"
 #include "app/topodata/sortie.h"
@@ -158,8 +157,8 @@ void ecrire_fichiers(Depot& depot, const CasImporte& cas, const std::string& bas
 void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::string>& dits) {
   for (std::size_t b = 0; b < cas.topologie.blocs.size(); ++b) {
     const Zone& z = cas.structure.zones[b];
-    out << "bloc " << b + 1 << " : zone '" << pour_lecteur(z.nom) << "', " << z.taille[0] - 1
-        << " x " << z.taille[1] - 1 << " x " << z.taille[2] - 1 << " cellules, type "
+    out << "bloc " << b + 1 << " : zone '" << z.nom << "', " << z.taille[0] - 1 << " x "
+        << z.taille[1] - 1 << " x " << z.taille[2] - 1 << " cellules, type "
         << type_sans_bord + cas.topologie.blocs[b].nb_bord
         << (cas.mesures[b].gauche ? ", repere gauche : i retourne\n" : "\n");
   }
@@ -168,18 +167,17 @@ void resumer(std::ostream& out, const CasImporte& cas, const std::vector<std::st
     for (const std::size_t famille : f.familles) ++faces[famille];
   for (std::size_t f = 0; f < faces.size(); ++f) {
     const Famille& famille = cas.familles.liste[f];
-    out << "famille '" << pour_lecteur(famille.nom) << "' : code " << famille.code
+    out << "famille '" << famille.nom << "' : code " << famille.code
         << (famille.nouvelle ? " (nouveau)" : "") << ", BCCODE " << famille.bccode << ", "
         << faces[f] << " face(s)";
     const auto piece = std::ranges::find(cas.scene.pieces, famille.nom, &PieceSuggeree::famille);
     if (piece != cas.scene.pieces.end())
-      out << ", piece " << pour_lecteur(piece->nom) << " en " << piece->topologie;
+      out << ", piece " << piece->nom << " en " << piece->topologie;
     out << '\n';
   }
   for (const RaccordSuggere& r : cas.scene.raccords)
-    out << "raccord " << pour_lecteur(r.piece1) << " - " << pour_lecteur(r.piece2) << " : "
-        << r.type << '\n';
-  for (const std::string& dit : dits) out << "a savoir : " << pour_lecteur(dit) << '\n';
+    out << "raccord " << r.piece1 << " - " << r.piece2 << " : " << r.type << '\n';
+  for (const std::string& dit : dits) out << "a savoir : " << dit << '\n';
   out << cas.topologie.blocs.size() << " blocs, " << cas.topologie.faces.size() << " faces, "
       << cas.topologie.edges.size() << " edges, " << cas.topologie.sommets.size() << " sommets\n";
 }
@@ -212,9 +210,7 @@ void importer_maillage(OptionsImportation o) {
   if (const auto sortie = climite.completer(familles)) sortie->conclure();
   depot.publier();
   progres.effacer();
-  Sortie resume("");
-  resumer(resume.flux(), cas, dits);
-  resume.conclure();
+  lister([&](std::ostream& listing) { resumer(listing, cas, dits); });
 }
 
 }  // namespace

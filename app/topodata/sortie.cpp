@@ -87,4 +87,14 @@ void Sortie::conclure() {
   if (!garde) dire("attention : " + nom_ + " a change de proprietaire ou de groupe");
 }
 
+void lister(const std::function<void(std::ostream&)>& remplir) {
+  Sortie sortie("");
+  {
+    TamponLecteur tampon(sortie.flux());
+    std::ostream listing(&tampon);
+    remplir(listing);
+  }
+  sortie.conclure();
+}
+
 }  // namespace topomine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -50,5 +51,8 @@ class Sortie {
   std::ostream flux_;
   bool ferme_ = false;
 };
+
+/// Standard output for readers: what `remplir` writes, line by line in their encoding.
+void lister(const std::function<void(std::ostream&)>& remplir);
 
 }  // namespace topomine
