@@ -1,9 +1,11 @@
 #include "tests/cgns/alterations.h"
 
+#include <cgns_io.h>
 #include <cgnslib.h>
 
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -121,6 +123,49 @@ void raccord_contraire(const std::string& fichier) {
 
 void raccord_transpose(const std::string& fichier) {
   un_a_un(fichier, "transpose", "zone 2", ici, la, {1, 3, 2});
+}
+
+namespace {
+
+/// A join by lists of nine points each, one of which is then made longer than the zone: the library
+/// writes no such file, but reads it.
+void raccord_par_points(const std::string& fichier, const char* allonge) {
+  std::vector<cgsize_t> points, images;
+  for (cgsize_t k = 1; k <= 3; ++k)
+    for (cgsize_t j = 1; j <= 3; ++j) {
+      points.insert(points.end(), {3, j, k});
+      images.insert(images.end(), {1, j, k});
+    }
+  {
+    Ouvert o(fichier);
+    o.appel(cg_conn_write(o.f, o.b, 1, "long", CGNS_ENUMV(Vertex), CGNS_ENUMV(Abutting1to1),
+                          CGNS_ENUMV(PointList), 9, points.data(), "zone 2", CGNS_ENUMV(Structured),
+                          CGNS_ENUMV(PointListDonor), CGNS_ENUMV(LongInteger), 9, images.data(),
+                          &o.n));
+  }
+  int f = 0;
+  double racine = 0, noeud = 0;
+  std::array<char, 33> type{};
+  const std::array<cgsize_t, 2> taille{3, 28};
+  const std::vector<std::int64_t> uns(3 * 28, 1);
+  const std::string chemin = std::string("/deux/zone 1/ZoneGridConnectivity/long/") + allonge;
+  if (cgio_open_file(fichier.c_str(), 'm', CGIO_FILE_NONE, &f) != 0 ||
+      cgio_get_root_id(f, &racine) != 0 ||
+      cgio_get_node_id(f, racine, chemin.c_str(), &noeud) != 0 ||
+      cgio_get_data_type(f, noeud, type.data()) != 0 ||
+      cgio_set_dimensions(f, noeud, type.data(), 2, taille.data()) != 0 ||
+      cgio_write_all_data(f, noeud, uns.data()) != 0 || cgio_close_file(f) != 0)
+    throw std::runtime_error("cgio");
+}
+
+}  // namespace
+
+void raccord_trop_long(const std::string& fichier) {
+  raccord_par_points(fichier, "PointList");
+}
+
+void raccord_aux_images_de_trop(const std::string& fichier) {
+  raccord_par_points(fichier, "PointListDonor");
 }
 
 void condition_trop_longue(const std::string& fichier) {

@@ -23,6 +23,8 @@ void raccord_boiteux(const std::string& fichier);
 void raccord_double(const std::string& fichier);
 void raccord_contraire(const std::string& fichier);
 void raccord_transpose(const std::string& fichier);
+void raccord_trop_long(const std::string& fichier);
+void raccord_aux_images_de_trop(const std::string& fichier);
 void condition_trop_longue(const std::string& fichier);
 void tronque(const std::string& fichier);
 void un_texte(const std::string& fichier);

@@ -255,6 +255,8 @@ TEST(Importe, Refusals) {
       {raccord_double, "[3:3,1:3,1:3] est raccordee a deux endroits"},
       {raccord_contraire, "y est orientee de deux facons"},
       {raccord_transpose, "y est orientee de deux facons"},
+      {raccord_trop_long, "zone 'zone 1', raccord 'long' : 28 points"},
+      {raccord_aux_images_de_trop, "zone 'zone 1', raccord 'long' : 28 points"},
       {condition_trop_longue, "zone 'zone 1', condition 'longue' : 28 points"},
       {tronque, "fichier CGNS illisible"},
       {un_texte, "fichier CGNS illisible"},
@@ -396,7 +398,8 @@ TEST(Importe, OddNames) {
   m.s.base = "bizarre";
   boite(m, 0, 0, 0);
   m.s.zones[0].nom = "z<&>\"' 1";
-  m.condition(0, face(m, 0, 2), "paroi_<\303\251t\303\251>;&\342\202\254\340\240\200\365\360\237\230\200\x1b[", 1);
+  m.condition(0, face(m, 0, 2),
+              "paroi_<\303\251t\303\251>;&\342\202\254\340\240\200\365\360\237\230\200\x1b[", 1);
   m.condition(0, face(m, 0, 1), "loin;", 4);
   for (const int place : {4, 5}) m.condition(0, face(m, 0, place), "loin_", 4);
   const Atelier a(m);
