@@ -24,17 +24,17 @@ void ecrire_au_fil(const Options& o, const Atelier& atelier, const std::vector<P
                    Progres& progres, std::ostream& out) {
   BaseBuffer exemples;
   BaseBuffer habille = atelier.habiller(exemples);
-  atelier.ecrire(out, habille, {.premier = true, .dernier = false});
+  atelier.ecrire(out, habille, Morceau{.premier = true, .dernier = false});
   pour_chaque_base(liste, o.cible.mode, progres, [&](Base& base, const Provenance& p) {
     BaseBuffer de_la_base;
     atelier.ajouter(de_la_base, base, p);
     atelier.appliquer_echelle(de_la_base);
     habille = atelier.habiller(de_la_base);
     progres.ecriture(o.fichier);
-    atelier.ecrire(out, habille, {.premier = false, .dernier = false});
+    atelier.ecrire(out, habille, Morceau{.premier = false, .dernier = false});
   });
   habille._expl.clear();
-  atelier.ecrire(out, habille, {.premier = false, .dernier = true});
+  atelier.ecrire(out, habille, Morceau{.premier = false, .dernier = true});
 }
 
 void executer(Options& o) {
