@@ -1,5 +1,7 @@
 #include <cgnslib.h>
 
+#include <algorithm>
+
 #include "cgns/appels_cgns.h"
 #include "cgns/codes.h"
 #include "cgns/lecture_zone.h"
@@ -89,10 +91,9 @@ class Raccords {
   /// Each node is joined to itself.
   static bool sur_place(const Jonction& j) {
     if (j.zone != j.voisine || j.passage(j.plage.min) != j.plage.min) return false;
-    for (const std::size_t a : axes_ijk)
-      if (j.plage.min[a] != j.plage.max[a] && j.passage.t[a] != static_cast<int>(a) + 1)
-        return false;
-    return true;
+    return std::ranges::all_of(axes_ijk, [&](std::size_t a) {
+      return j.plage.min[a] == j.plage.max[a] || j.passage.t[a] == static_cast<int>(a) + 1;
+    });
   }
 
   /// Of a face that is folded onto itself, one half, which is joined to the other.

@@ -8,9 +8,8 @@
 namespace topomine {
 
 bool Plage::contient(const Ijk& p) const {
-  for (const std::size_t a : axes_ijk)
-    if (p[a] < min[a] || p[a] > max[a]) return false;
-  return true;
+  return std::ranges::all_of(axes_ijk,
+                             [&](std::size_t a) { return min[a] <= p[a] && p[a] <= max[a]; });
 }
 
 Indice Plage::nb_noeuds() const {
