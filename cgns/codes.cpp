@@ -37,7 +37,7 @@ int code_libre(const std::string& nom, int bccode, const TableClimite& table) {
                                                     : 0;
   for (int code = debut + 1; debut > 0 && code < debut + centaine; ++code)
     if (!table.contains(code)) return code;
-  int code = 10'001;  // never the last int: a table has fewer rows
+  int code = 10'001;  // one is free: a table has fewer rows than there are codes
   while (table.contains(code)) ++code;
   return code;
 }

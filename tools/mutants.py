@@ -5,9 +5,10 @@ mutants.py [--nombre 200] [--graine 1] [--fichiers MOTIF,...] [--liste FICHIER] 
 
 The tree is copied to build-mutants/ and built there once, with -O1, under which compiling and
 testing take the least time together; each fault then costs the file that it is in and the links. A
-fault that does not compile does not count, nor does one that leaves the optimised object as it was. The test programs run whole, those of the folder of
-the fault first, and stop at the first failure, at a crash or at a time limit: the fault is caught.
-One that is the same to the byte, and starts only programs that are, would say the same: it is not run.
+fault that does not compile does not count, nor does one that leaves the optimised object as it was.
+The test programs run whole, those of the folder of the fault first, and stop at the first failure,
+at a crash or at a time limit: the fault is caught. One that is the same to the byte, and starts only
+programs that are, would say the same: it is not run.
 The same arguments plant the same faults. Survivors are printed as differences and written to
 build-mutants/survivants.jsonl, which --liste takes again. Status 0 when 95 % were caught.
 """
@@ -120,7 +121,8 @@ def tirer(racine, motifs, graine):
                 cle = hashlib.sha256(f"{graine} {f} {vues[ligne]} {ligne}".encode()).digest()
                 lignes.append((cle, f, n, ligne, possibles))
     lignes.sort()
-    return ({"fichier": f, "ligne": n + 1, "avant": ligne, "apres": p[cle[-1] % len(p)]} for cle, f, n, ligne, p in lignes)
+    return ({"fichier": f, "ligne": n + 1, "avant": ligne, "apres": p[cle[-1] % len(p)]}
+            for cle, f, n, ligne, p in lignes)
 
 
 def executer(commande, dossier, secondes):

@@ -59,7 +59,7 @@ class JournalConstats final : public JournalStrict {
   /// Ident. The ends of an edge are unknown whenever they are not there.
   void perdre(unsigned partie);
   void perdre(std::string_view element, Noeud parent);
-  /// Says it, and that this is lost.
+  /// Says it of an element that could not be read, or of a link, which is lost then.
   void refuser(Code code, Noeud element, const std::string& quoi);
   void refuser_lien(Code code, Noeud ou, const std::string& quoi);
   Noeud enfant(Noeud parent, const char* nom);
